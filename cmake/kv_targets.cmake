@@ -1,0 +1,55 @@
+# Helpers that give every target of the project the same warnings, sanitizers and include root.
+
+add_library(kv_options INTERFACE)
+target_compile_options(kv_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+                                            -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference)
+if(KV_WERROR)
+  target_compile_options(kv_options INTERFACE -Werror)
+endif()
+if(KV_SANITIZE)
+  target_compile_options(kv_options INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer
+                                              -fno-sanitize-recover=all)
+  target_link_options(kv_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# kv_library(<name> SOURCES ... [LINK ...] [QT])
+#
+# A static library of one room. Headers are included as "<folder>/<file>.h", and a room only sees
+# the include roots of what it links, so that a wrong include does not compile: each room's headers
+# are published through a directory of its own that holds one link to the room's folder.
+# QT marks a room's window and platform files: moc runs, and Qt's keyword macros are off.
+function(kv_library name)
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  get_filename_component(room ${CMAKE_CURRENT_SOURCE_DIR} NAME)
+  set(root ${PROJECT_BINARY_DIR}/include/${room})
+  file(MAKE_DIRECTORY ${root})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${room} SYMBOLIC)
+  target_include_directories(${name} PUBLIC ${root})
+  target_link_libraries(${name} PRIVATE kv_options PUBLIC ${ARG_LINK})
+  if(ARG_QT)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_compile_definitions(${name} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII)
+  endif()
+endfunction()
+
+# kv_test(<name> SOURCES ... [LINK ...] [QT])
+#
+# One test program, every case of it a ctest entry. QT programs run on the offscreen platform.
+function(kv_test name)
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(${name} PRIVATE kv_options ${ARG_LINK} GTest::gtest GTest::gmock)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  set(environment "")
+  if(ARG_QT)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_compile_definitions(${name} PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII)
+    set(environment "QT_QPA_PLATFORM=offscreen")
+  else()
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+                       PROPERTIES TIMEOUT 120 ENVIRONMENT "${environment}")
+endfunction()

@@ -1,0 +1,200 @@
+#include "system/dialogs_qt.h"
+
+#include "system/text_platform_qt.h"
+
+#include <QApplication>
+#include <QColor>
+#include <QColorDialog>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QStringList>
+
+#include <algorithm>
+#include <array>
+
+namespace kv {
+namespace {
+
+// In the order of BoxIcon and of BoxButtons.
+constexpr std::array<QMessageBox::Icon, 5> kIcons = {QMessageBox::NoIcon, QMessageBox::Information,
+                                                     QMessageBox::Warning, QMessageBox::Critical,
+                                                     QMessageBox::Question};
+
+struct ButtonSet {
+  QMessageBox::StandardButtons buttons;
+  QMessageBox::StandardButton first;   // what Enter presses
+  QMessageBox::StandardButton escape;  // what closing the box presses
+};
+
+constexpr std::array<ButtonSet, 4> kButtons = {{
+    {QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok},
+    {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok, QMessageBox::Cancel},
+    {QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes, QMessageBox::No},
+    {QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes,
+     QMessageBox::Cancel},
+}};
+
+BoxAnswer AnswerOf(int button) {
+  switch (button) {
+    case QMessageBox::Yes:
+      return BoxAnswer::kYes;
+    case QMessageBox::No:
+      return BoxAnswer::kNo;
+    case QMessageBox::Cancel:
+      return BoxAnswer::kCancel;
+    default:
+      return BoxAnswer::kOk;
+  }
+}
+
+// "*.mp3" as "*.[mM][pP]3": some desktops' dialogs tell the cases apart.
+QString AnyCase(const QString& pattern) {
+  QString result;
+  for (const QChar c : pattern) {
+    if (c.toLower() == c.toUpper()) {
+      result += c;
+    } else {
+      result += QLatin1Char('[') + c.toLower() + c.toUpper() + QLatin1Char(']');
+    }
+  }
+  return result;
+}
+
+// "label|patterns|label|patterns" as the toolkit's list of "label (pattern pattern)". A save dialog
+// keeps the patterns plain, since some desktops take the extension of a new file from them.
+QStringList NameFilters(const QString& filter, bool any_case) {
+  const QStringList parts = filter.split(QLatin1Char('|'));
+  QStringList result;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    QStringList patterns;
+    for (const QString& pattern : parts[i + 1].split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+      patterns += any_case ? AnyCase(pattern.trimmed()) : pattern.trimmed();
+    }
+    // "*.*" means every file, with a dot in its name or without.
+    patterns.replaceInStrings(QStringLiteral("*.*"), QStringLiteral("*"));
+    if (!patterns.isEmpty()) {
+      result +=
+          parts[i] + QStringLiteral(" (") + patterns.join(QLatin1Char(' ')) + QLatin1Char(')');
+    }
+  }
+  return result;
+}
+
+// Colours are 0x00BBGGRR; a negative one is no colour and counts as black.
+QColor ToQColor(std::int32_t color) {
+  const int value = std::max(color, 0);
+  return {value & 0xFF, (value >> 8) & 0xFF, (value >> 16) & 0xFF};
+}
+
+std::int32_t FromQColor(const QColor& color) {
+  return color.red() | (color.green() << 8) | (color.blue() << 16);
+}
+
+QString ToName(const std::string& path) {
+  return QFile::decodeName(QByteArray::fromStdString(path));
+}
+
+std::string FromName(const QString& name) {
+  return QFile::encodeName(name).toStdString();
+}
+
+// A dialog for one question. While it is open its owner may be destroyed, and takes it along.
+template <typename T>
+class Modal {
+ public:
+  explicit Modal(QWidget* owner) : dialog_(new T(owner)) {}
+  Modal(const Modal&) = delete;
+  Modal& operator=(const Modal&) = delete;
+  ~Modal() { delete dialog_.data(); }
+
+  // Only before the dialog is shown, and after it was accepted.
+  T* operator->() const { return dialog_.data(); }
+
+  // Shows it. True when the user accepted; a dialog that was destroyed meanwhile is rejected.
+  bool Accepted() const { return dialog_->exec() == QDialog::Accepted; }
+
+ private:
+  QPointer<T> dialog_;
+};
+
+}  // namespace
+
+DialogsQt::DialogsQt(QWidget* owner) : owner_(owner) {}
+
+QWidget* DialogsQt::Owner() const {
+  return owner_.isNull() ? QApplication::activeWindow() : owner_.data();
+}
+
+BoxAnswer DialogsQt::ShowMessageBox(const MessageBoxRequest& request) {
+  const ButtonSet& set = kButtons.at(static_cast<std::size_t>(request.buttons));
+  const Modal<QMessageBox> box(Owner());
+  box->setIcon(kIcons.at(static_cast<std::size_t>(request.icon)));
+  box->setWindowTitle(ToQString(request.title.empty() ? kAppTitle : request.title));
+  box->setTextFormat(Qt::PlainText);  // file names are no markup
+  box->setText(ToQString(request.text));
+  box->setStandardButtons(set.buttons);
+  box->setDefaultButton(set.first);
+  box->setEscapeButton(set.escape);
+  const int button = box->exec();
+  return AnswerOf(
+      set.buttons.testFlag(static_cast<QMessageBox::StandardButton>(button)) ? button : set.escape);
+}
+
+FileDialogResult DialogsQt::ShowFileDialog(const FileDialogRequest& request) {
+  const QString filter = ToQString(request.filter);
+  const Modal<QFileDialog> dialog(Owner());
+  dialog->setWindowTitle(ToQString(request.title));
+  dialog->setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog->setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog->setOption(QFileDialog::DontConfirmOverwrite);
+  dialog->setOption(QFileDialog::HideNameFilterDetails);
+  if (const QStringList groups = NameFilters(filter, !request.save); !groups.isEmpty()) {
+    dialog->setNameFilters(groups);
+    // Some dialogs tell the whole group back and some its label alone; all take the whole.
+    const QString last = last_group_.value(filter);
+    for (const QString& group : groups) {
+      if (group == last || group.startsWith(last + QStringLiteral(" ("))) {
+        dialog->selectNameFilter(group);
+      }
+    }
+  }
+  if (!request.folder.empty()) dialog->setDirectory(ToName(request.folder));
+  if (!request.file_name.empty()) dialog->selectFile(ToName(request.file_name));
+
+  FileDialogResult result;
+  if (!dialog.Accepted() || dialog->selectedFiles().isEmpty()) return result;
+  last_group_.insert(filter, dialog->selectedNameFilter());
+  result.file_name = FromName(dialog->selectedFiles().constFirst());
+  result.accepted = !result.file_name.empty();
+  result.title = result.file_name.substr(result.file_name.rfind('/') + 1);
+  return result;
+}
+
+ColorDialogResult DialogsQt::ShowColorDialog(std::int32_t initial, const CustomColors& custom) {
+  const int count = std::min(QColorDialog::customCount(), static_cast<int>(custom.size()));
+  for (int i = 0; i < count; ++i) {
+    QColorDialog::setCustomColor(i, ToQColor(custom.at(static_cast<std::size_t>(i))));
+  }
+  ColorDialogResult result;
+  result.custom = custom;
+  const Modal<QColorDialog> dialog(Owner());
+  dialog->setCurrentColor(ToQColor(initial));
+  if (!dialog.Accepted()) return result;
+  result.color = FromQColor(dialog->selectedColor());
+  for (int i = 0; i < count; ++i) {
+    result.custom.at(static_cast<std::size_t>(i)) = FromQColor(QColorDialog::customColor(i));
+  }
+  return result;
+}
+
+std::string DialogsQt::BrowseForFolderDialog(const std::string& title) {
+  const Modal<QFileDialog> dialog(Owner());
+  dialog->setWindowTitle(ToQString(title));
+  dialog->setFileMode(QFileDialog::Directory);
+  dialog->setOption(QFileDialog::ShowDirsOnly);
+  if (!dialog.Accepted() || dialog->selectedFiles().isEmpty()) return {};
+  return FromName(dialog->selectedFiles().constFirst());
+}
+
+}  // namespace kv

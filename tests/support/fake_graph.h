@@ -1,0 +1,311 @@
+// A media back end on virtual time: media are rows of a table, and playing is arithmetic.
+//
+// A test describes its media in `FakeGraphFactory::media`, by the name that RenderFile is given,
+// and moves the clock. Every command that a graph takes is written down in `calls`, over all graphs
+// in one order, with its argument ("put_CurrentPosition 12.5"); reads are not. Graphs must not
+// outlive their factory.
+#pragma once
+
+#include "engine/filter_graph.h"
+#include "support/virtual_time.h"
+#include "system/message_pump.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace kv {
+
+// While the medium would be in [from, to), its position stands still; then it jumps to `to`.
+// Seconds of the medium.
+struct FakeStall {
+  double from = 0.0;
+  double to = 0.0;
+};
+
+struct FakeMedium {
+  double duration = 60.0;  // seconds, 0 for a stream without end
+  int width = 0;           // 0 by 0: sound alone
+  int height = 0;
+  double frames_per_second = 0.0;
+  bool renders = true;
+  int render_milliseconds = 0;  // what RenderFile takes, spent in the pump
+  bool seekable = true;
+  std::vector<FakeStall> stalls = {};
+  int bit_rate = 0;
+  int window_milliseconds = 0;  // what each SetWindowPosition takes
+};
+
+class FakeGraph : public FilterGraph {
+ public:
+  // What a test may look at.
+  struct Window {
+    WindowHandle owner = 0;
+    int top = 0;
+    int left = 0;
+    int width = 0;
+    int height = 0;
+    bool full_screen = false;
+    bool cursor_hidden = false;
+  };
+
+  FakeGraph(VirtualTime& time, MessagePump& pump, const std::map<std::string, FakeMedium>& media,
+            std::vector<std::string>& calls)
+      : time_(time), pump_(pump), media_(media), calls_(calls) {}
+
+  const Window& Video() const { return window_; }
+  bool Running() const { return running_; }
+
+  bool RenderFile(const std::string& target) override {
+    Note("RenderFile", target);
+    const auto row = media_.find(target);
+    if (abandoned_ || row == media_.end()) return false;
+    medium_ = row->second;
+    const std::int64_t begin = time_.Milliseconds();
+    const std::int64_t needed = medium_.render_milliseconds;
+    while (time_.Milliseconds() - begin < std::min(needed, kPatience)) {
+      const std::int64_t left = needed - (time_.Milliseconds() - begin);
+      pump_.WaitAndPump(static_cast<int>(std::min<std::int64_t>(left, kPollMilliseconds)));
+      if (abandoned_) return false;
+    }
+    ready_ = medium_.renders && needed <= kPatience;
+    return ready_;
+  }
+
+  bool Run() override {
+    Note("Run");
+    if (!ready_) return false;
+    Anchor(Position());
+    running_ = true;
+    return true;
+  }
+
+  bool Pause() override {
+    Note("Pause");
+    return Halt();
+  }
+
+  bool Stop() override {
+    Note("Stop");
+    if (ready_) return Halt();
+    abandoned_ = true;
+    return true;
+  }
+
+  std::optional<double> get_Duration() const override {
+    return ready_ ? std::optional(medium_.duration) : std::nullopt;
+  }
+
+  bool put_CurrentPosition(double seconds) override {
+    Note("put_CurrentPosition", seconds);
+    if (!ready_ || !medium_.seekable) return false;
+    Anchor(std::max(0.0, medium_.duration > 0.0 ? std::min(seconds, medium_.duration) : seconds));
+    return true;
+  }
+
+  std::optional<double> get_CurrentPosition() const override {
+    return ready_ ? std::optional(Position()) : std::nullopt;
+  }
+
+  bool put_Rate(double rate) override {
+    Note("put_Rate", rate);
+    if (!ready_ || !(rate > 0.0)) return false;
+    Anchor(Position());
+    rate_ = rate;
+    return true;
+  }
+
+  std::optional<double> get_Rate() const override {
+    return ready_ ? std::optional(rate_) : std::nullopt;
+  }
+
+  bool put_Volume(int volume) override {
+    Note("put_Volume", volume);
+    return Store(ready_, volume_, volume);
+  }
+  std::optional<int> get_Volume() const override {
+    return ready_ ? std::optional(volume_) : std::nullopt;
+  }
+
+  bool put_Balance(int balance) override {
+    Note("put_Balance", balance);
+    return Store(ready_, balance_, balance);
+  }
+  std::optional<int> get_Balance() const override {
+    return ready_ ? std::optional(balance_) : std::nullopt;
+  }
+
+  bool put_WindowStyle(std::uint32_t style) override {
+    Note("put_WindowStyle", style);
+    return HasPicture();
+  }
+  bool put_Owner(WindowHandle owner) override {
+    Note("put_Owner", owner);
+    return Store(HasPicture(), window_.owner, owner);
+  }
+  bool put_Top(int top) override {
+    Note("put_Top", top);
+    return Store(HasPicture(), window_.top, top);
+  }
+  bool put_Left(int left) override {
+    Note("put_Left", left);
+    return Store(HasPicture(), window_.left, left);
+  }
+  bool put_Width(int width) override {
+    Note("put_Width", width);
+    return Store(HasPicture(), window_.width, width);
+  }
+  bool put_Height(int height) override {
+    Note("put_Height", height);
+    return Store(HasPicture(), window_.height, height);
+  }
+
+  bool SetWindowPosition(int left, int top, int width, int height) override {
+    Note("SetWindowPosition", left, top, width, height);
+    if (medium_.window_milliseconds > 0) time_.Advance(medium_.window_milliseconds);
+    if (!HasPicture()) return false;
+    window_.left = left;
+    window_.top = top;
+    window_.width = width;
+    window_.height = height;
+    return true;
+  }
+
+  bool put_FullScreenMode(bool on) override {
+    Note("put_FullScreenMode", on);
+    return Store(HasPicture(), window_.full_screen, on);
+  }
+  bool HideCursor(bool hide) override {
+    Note("HideCursor", hide);
+    return Store(HasPicture(), window_.cursor_hidden, hide);
+  }
+  std::optional<bool> IsCursorHidden() const override {
+    return HasPicture() ? std::optional(window_.cursor_hidden) : std::nullopt;
+  }
+
+  std::optional<double> get_AvgTimePerFrame() const override {
+    if (!HasPicture() || !(medium_.frames_per_second > 0.0)) return std::nullopt;
+    return 1.0 / medium_.frames_per_second;
+  }
+  std::optional<int> get_BitRate() const override {
+    return HasPicture() ? std::optional(medium_.bit_rate) : std::nullopt;
+  }
+  std::optional<int> get_BitErrorRate() const override {
+    return HasPicture() ? std::optional(0) : std::nullopt;
+  }
+  std::optional<VideoSize> GetVideoSize() const override {
+    if (!HasPicture()) return std::nullopt;
+    return VideoSize{medium_.width, medium_.height};
+  }
+
+  // Blocking moves the clock; timers that fall due meanwhile fire on the way.
+  int WaitForCompletion(int timeout_milliseconds) override {
+    Note("WaitForCompletion", timeout_milliseconds);
+    if (!ready_) return kAborted;
+    for (int waited = 0; !AtEnd(); ++waited) {
+      if (waited >= timeout_milliseconds) return kGoesOn;
+      time_.Advance(1);
+    }
+    return kComplete;
+  }
+
+ private:
+  static constexpr int kGoesOn = 0;
+  static constexpr int kComplete = 1;
+  static constexpr int kAborted = 2;
+  static constexpr std::int64_t kPollMilliseconds = 20;
+  static constexpr std::int64_t kPatience = 60000;
+
+  bool HasPicture() const { return ready_ && medium_.width > 0 && medium_.height > 0; }
+
+  // Where the medium would be if nothing held it up.
+  double Undisturbed() const {
+    const auto elapsed = static_cast<double>(time_.Milliseconds() - anchor_) / 1000.0;
+    const double position = running_ ? base_ + elapsed * rate_ : base_;
+    return medium_.duration > 0.0 ? std::min(position, medium_.duration) : position;
+  }
+
+  double Position() const {
+    const double position = Undisturbed();
+    for (const FakeStall& stall : medium_.stalls) {
+      // A position put into the middle of a stall stands where it was put.
+      if (position >= stall.from && position < stall.to) return std::max(stall.from, base_);
+    }
+    return position;
+  }
+
+  bool AtEnd() const { return medium_.duration > 0.0 && Position() >= medium_.duration; }
+
+  void Anchor(double position) {
+    base_ = position;
+    anchor_ = time_.Milliseconds();
+  }
+
+  bool Halt() {
+    if (!ready_) return false;
+    Anchor(Position());
+    running_ = false;
+    return true;
+  }
+
+  template <class T>
+  static bool Store(bool allowed, T& field, T value) {
+    if (allowed) field = value;
+    return allowed;
+  }
+
+  template <class... T>
+  void Note(const char* name, const T&... arguments) {
+    std::ostringstream line;
+    line << name;
+    ((line << ' ' << arguments), ...);
+    calls_.push_back(line.str());
+  }
+
+  VirtualTime& time_;
+  MessagePump& pump_;
+  const std::map<std::string, FakeMedium>& media_;
+  std::vector<std::string>& calls_;
+
+  FakeMedium medium_;
+  bool ready_ = false;
+  bool abandoned_ = false;
+  bool running_ = false;
+  double base_ = 0.0;  // position at `anchor_`
+  std::int64_t anchor_ = 0;
+  double rate_ = 1.0;
+  int volume_ = 0;
+  int balance_ = 0;
+  Window window_;
+};
+
+class FakeGraphFactory : public GraphFactory {
+ public:
+  // `pump` must move `time` when it waits, as FakePump does.
+  FakeGraphFactory(VirtualTime& time, MessagePump& pump) : time_(time), pump_(pump) {}
+
+  std::shared_ptr<FilterGraph> CreateGraph() override {
+    auto graph = std::make_shared<FakeGraph>(time_, pump_, media, calls);
+    current_ = graph;
+    return graph;
+  }
+
+  // The graph made last; null when it has been let go.
+  std::shared_ptr<FakeGraph> Current() const { return current_.lock(); }
+
+  // What can be rendered, by path or URL.
+  std::map<std::string, FakeMedium> media;
+  std::vector<std::string> calls;
+
+ private:
+  VirtualTime& time_;
+  MessagePump& pump_;
+  std::weak_ptr<FakeGraph> current_;
+};
+
+}  // namespace kv

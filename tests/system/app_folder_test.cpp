@@ -1,0 +1,68 @@
+#include "system/app_folder.h"
+
+#include "support/temp_folder.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace kv {
+namespace {
+
+TEST(ProgramFolder, IsChosenInOrder) {
+  const TempFolder root;
+  AppFolderSources sources;
+  sources.user_home = root.Path("me");
+  sources.executable_path = root.Write("opt/bin/kestrelview", "");
+  EXPECT_EQ(ProgramFolder(sources).AppFolder(), root.Path("me/.local/share/kestrelview/"));
+  sources.xdg_data_home = "relative";
+  EXPECT_EQ(ProgramFolder(sources).AppFolder(), root.Path("me/.local/share/kestrelview/"));
+  sources.xdg_data_home = root.Path("data");
+  EXPECT_EQ(ProgramFolder(sources).AppFolder(), root.Path("data/kestrelview/"));
+  root.Write("opt/bin/config.dat", "");
+  EXPECT_EQ(ProgramFolder(sources).AppFolder(), root.Path("opt/bin/"));
+  sources.kestrelview_home = root.Path("own");
+  EXPECT_EQ(ProgramFolder(sources).AppFolder(), root.Path("own/"));
+
+  struct stat status {};
+  ASSERT_EQ(stat(root.Path("own").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0700U);
+
+  sources.kestrelview_home = "relative";
+  const TempFolder elsewhere;
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(elsewhere.Path());
+  EXPECT_EQ(ProgramFolder(sources).AppFolder(), elsewhere.Path("relative/"));
+  std::filesystem::current_path(before);
+}
+
+TEST(ProgramFolder, DataFilesAreLookedForInOrder) {
+  const TempFolder root;
+  AppFolderSources sources;
+  sources.kestrelview_home = root.Path("home");
+  sources.executable_path = root.Write("usr/bin/kestrelview", "");
+  sources.data_folder = root.MakeFolder("source");
+  const ProgramFolder folder(sources);
+  EXPECT_EQ(folder.DataFile("icons/a.ico"), root.Path("home/icons/a.ico"));
+  const std::string built = root.Write("source/icons/a.ico", "");
+  EXPECT_EQ(folder.DataFile("icons/a.ico"), built);
+  const std::string installed = root.Write("usr/share/kestrelview/icons/a.ico", "");
+  EXPECT_EQ(folder.DataFile("icons/a.ico"), installed);
+  const std::string own = root.Write("home/icons/a.ico", "");
+  EXPECT_EQ(folder.DataFile("icons/a.ico"), own);
+}
+
+TEST(ProgramFolder, AFolderThatCannotBeMadeIsNoError) {
+  const TempFolder root;
+  AppFolderSources sources;
+  sources.kestrelview_home = root.Write("file", "") + "/below";
+  EXPECT_EQ(ProgramFolder(sources).AppFolder(), root.Path("file/below/"));
+}
+
+TEST(ProgramFolder, KnowsTheRunningProgram) {
+  const AppFolderSources sources = AppFolderSources::OfThisProcess();
+  EXPECT_TRUE(sources.executable_path.ends_with("/kv_system_test")) << sources.executable_path;
+}
+
+}  // namespace
+}  // namespace kv

@@ -1,0 +1,129 @@
+#include "system/dialogs_qt.h"
+
+#include "support/temp_folder.h"
+
+#include <QApplication>
+#include <QColorDialog>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace kv {
+namespace {
+
+// Does `action` to the dialog of type T as soon as it is open.
+template <typename T>
+void WhenOpen(std::function<void(T&)> action) {
+  const auto act = [action = std::move(action)] {
+    auto* const dialog = qobject_cast<T*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    action(*dialog);
+  };
+  QMetaObject::invokeMethod(qApp, act, Qt::QueuedConnection);
+}
+
+TEST(DialogsQt, BoxesAnswerAndShowPlainText) {
+  DialogsQt dialogs;
+  struct Case {
+    BoxButtons buttons;
+    QMessageBox::StandardButton press;  // NoButton: closed by its frame
+    BoxAnswer answer;
+  };
+  const Case cases[] = {
+      {BoxButtons::kOk, QMessageBox::Ok, BoxAnswer::kOk},
+      {BoxButtons::kOk, QMessageBox::NoButton, BoxAnswer::kOk},
+      {BoxButtons::kOkCancel, QMessageBox::Ok, BoxAnswer::kOk},
+      {BoxButtons::kOkCancel, QMessageBox::NoButton, BoxAnswer::kCancel},
+      {BoxButtons::kYesNo, QMessageBox::Yes, BoxAnswer::kYes},
+      {BoxButtons::kYesNo, QMessageBox::NoButton, BoxAnswer::kNo},
+      {BoxButtons::kYesNoCancel, QMessageBox::No, BoxAnswer::kNo},
+      {BoxButtons::kYesNoCancel, QMessageBox::NoButton, BoxAnswer::kCancel},
+  };
+  for (const Case& c : cases) {
+    WhenOpen<QMessageBox>([&c](QMessageBox& box) {
+      EXPECT_EQ(box.textFormat(), Qt::PlainText);
+      EXPECT_EQ(box.text(), QStringLiteral("<b>\uFFFD"));
+      EXPECT_EQ(box.windowTitle(), QStringLiteral("Kestrelview"));
+      if (c.press == QMessageBox::NoButton) {
+        box.close();
+      } else {
+        box.button(c.press)->click();
+      }
+    });
+    EXPECT_EQ(dialogs.ShowMessageBox({"<b>\xFF", BoxIcon::kQuestion, c.buttons, ""}), c.answer);
+  }
+}
+
+TEST(DialogsQt, TheOwnerMayGoWhileABoxIsOpen) {
+  auto* const owner = new QWidget;
+  DialogsQt dialogs(owner);
+  WhenOpen<QMessageBox>([owner](QMessageBox&) { delete owner; });
+  EXPECT_EQ(dialogs.ShowMessageBox({"x", BoxIcon::kNone, BoxButtons::kYesNo, ""}), BoxAnswer::kNo);
+  auto* const next = new QWidget;
+  DialogsQt others(next);
+  WhenOpen<QFileDialog>([next](QFileDialog&) { delete next; });
+  EXPECT_FALSE(others.ShowFileDialog({}).accepted);
+}
+
+TEST(DialogsQt, FileDialogFiltersAnyCaseAndKeepsTheGroup) {
+  const TempFolder folder;
+  const std::string file = folder.Write("SONG.MP3", "x");
+  folder.Write("text.txt", "x");
+  DialogsQt dialogs;
+  FileDialogRequest request;
+  request.title = "Open";
+  request.filter = "Text|*.txt|Media|*.mp3;*.wav|All|*.*";
+  request.folder = folder.Path();
+  request.file_name = "SONG.MP3";
+
+  for (const bool first : {true, false}) {
+    WhenOpen<QFileDialog>([first](QFileDialog& dialog) {
+      const QStringList groups = dialog.nameFilters();
+      ASSERT_EQ(groups.size(), 3);
+      EXPECT_EQ(dialog.selectedNameFilter(), QLatin1String(first ? "Text" : "Media"));
+      EXPECT_TRUE(groups[1].contains(QStringLiteral("*.[mM][pP]3 *.[wW][aA][vV])")));
+      EXPECT_EQ(groups[2], QStringLiteral("All (*)"));
+      EXPECT_TRUE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
+      dialog.selectNameFilter(groups[1]);
+      QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    const FileDialogResult result = dialogs.ShowFileDialog(request);
+    EXPECT_TRUE(result.accepted);
+    EXPECT_EQ(result.file_name, file);
+    EXPECT_EQ(result.title, "SONG.MP3");
+  }
+  WhenOpen<QFileDialog>([](QFileDialog& dialog) { dialog.reject(); });
+  const FileDialogResult cancelled = dialogs.ShowFileDialog(request);
+  EXPECT_FALSE(cancelled.accepted);
+  EXPECT_EQ(cancelled.file_name, "");
+}
+
+TEST(DialogsQt, ColorsAreBlueGreenRed) {
+  DialogsQt dialogs;
+  CustomColors custom{};
+  custom[0] = 0x0000FF;
+  custom[1] = -1;
+  WhenOpen<QColorDialog>([](QColorDialog& dialog) {
+    EXPECT_EQ(dialog.currentColor(), QColor(0x33, 0x22, 0x11));
+    EXPECT_EQ(QColorDialog::customColor(0), QColor(Qt::red));
+    EXPECT_EQ(QColorDialog::customColor(1), QColor(Qt::black));
+    QColorDialog::setCustomColor(2, QColor(1, 2, 3));
+    dialog.setCurrentColor(QColor(0xAA, 0xBB, 0xCC));
+    dialog.accept();
+  });
+  const ColorDialogResult chosen = dialogs.ShowColorDialog(0x112233, custom);
+  EXPECT_EQ(chosen.color, 0xCCBBAA);
+  EXPECT_EQ(chosen.custom[2], 0x030201);
+
+  WhenOpen<QColorDialog>([](QColorDialog& dialog) { dialog.reject(); });
+  const ColorDialogResult cancelled = dialogs.ShowColorDialog(0, custom);
+  EXPECT_EQ(cancelled.color, -1);
+  EXPECT_EQ(cancelled.custom, custom);
+}
+
+}  // namespace
+}  // namespace kv

@@ -1,0 +1,104 @@
+#include "system/shell_services_qt.h"
+
+#include "support/scripted_dialogs.h"
+#include "support/temp_folder.h"
+#include "system/message_pump_qt.h"
+#include "system/paths.h"
+
+#include <QDesktopServices>
+#include <QObject>
+#include <QUrl>
+
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace kv {
+namespace {
+
+class UrlCatcher : public QObject {
+  Q_OBJECT
+ public:
+  UrlCatcher() {
+    for (const char* scheme : {"file", "http"}) {
+      QDesktopServices::setUrlHandler(QLatin1String(scheme), this, "Open");
+    }
+  }
+  ~UrlCatcher() override {
+    for (const char* scheme : {"file", "http"}) {
+      QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
+    }
+  }
+  UrlCatcher(const UrlCatcher&) = delete;
+  UrlCatcher& operator=(const UrlCatcher&) = delete;
+
+  Q_SLOT void Open(const QUrl& url) { opened = url.toEncoded().toStdString(); }
+
+  std::string opened;
+};
+
+TEST(ShellServicesQt, OpensDocumentsAndPrograms) {
+  const TempFolder folder;
+  ScriptedDialogs dialogs;
+  ShellServicesQt shell(dialogs);
+  UrlCatcher catcher;
+  EXPECT_GT(shell.ShellOpenDocument(folder.Path(), "", "", ""), 32);
+  EXPECT_EQ(catcher.opened, "file://" + folder.Path());
+  folder.Write("a b#\xFF?.txt", "");
+  EXPECT_GT(shell.ShellOpenDocument(folder.Path("a b#\xFF?.txt"), "", "", "open"), 32);
+  EXPECT_EQ(catcher.opened, "file://" + folder.Path("a%20b%23%FF%3F.txt"));
+  EXPECT_GT(shell.ShellOpenDocument("http://host/?q=1", "", "", ""), 32);
+  EXPECT_EQ(catcher.opened, "http://host/?q=1");
+
+  EXPECT_EQ(shell.ShellOpenDocument(folder.Path("missing"), "", "", ""), 0);
+  EXPECT_EQ(shell.ShellOpenDocument("no_such_program_kv", "x", "", ""), 0);
+  EXPECT_LE(shell.ShellOpenDocument(folder.Path("a b#\xFF?.txt"), "", "", "print"), 32);
+
+  EXPECT_GT(shell.ShellOpenDocument("touch", "\"a b\" c", folder.Path(), ""), 32);
+  MessagePumpQt pump;
+  for (int i = 0; i < 2000 && !FileExists(folder.Path("c")); ++i) pump.WaitAndPump(5);
+  EXPECT_TRUE(FileExists(folder.Path("c")));
+  EXPECT_TRUE(FileExists(folder.Path("a b")));
+}
+
+TEST(ShellServicesQt, TrashAsksFirst) {
+  const TempFolder folder;
+  const std::string trash = folder.MakeFolder("data");
+  ASSERT_EQ(setenv("XDG_DATA_HOME", trash.c_str(), 1), 0);
+  ScriptedDialogs dialogs;
+  ShellServicesQt shell(dialogs);
+  const std::string file = folder.Write("a.mp3", "x");
+
+  dialogs.WillAnswer(BoxAnswer::kNo);
+  EXPECT_NE(shell.SendToRecycleBin(file, true, false), 0);
+  EXPECT_TRUE(FileExists(file));
+  EXPECT_EQ(dialogs.LastText(), "Are you sure you want to move \"a.mp3\" to the trash?");
+
+  dialogs.WillAnswer(BoxAnswer::kYes);
+  EXPECT_EQ(shell.SendToRecycleBin(file, true, false), 0);
+  EXPECT_FALSE(FileExists(file));
+  EXPECT_TRUE(FileExists(trash + "/Trash/files/a.mp3"));
+
+  const std::string odd = folder.Write("\xE9t\xE9.mp3", "x");
+  EXPECT_EQ(shell.SendToRecycleBin(odd, false, true), 0);
+  EXPECT_FALSE(FileExists(odd));
+  EXPECT_TRUE(FileExists(trash + "/Trash/files/\xEF\xBF\xBDt\xEF\xBF\xBD.mp3"));
+  EXPECT_NE(shell.SendToRecycleBin(odd, false, true), 0);
+  unsetenv("XDG_DATA_HOME");
+}
+
+TEST(ShellServicesQt, NoSoundOutputIsTold) {
+  ASSERT_EQ(setenv("PULSE_SERVER", "unix:/nonexistent/kestrelview", 1), 0);
+  ScriptedDialogs dialogs;
+  ShellServicesQt shell(dialogs);
+  shell.PlaySoundEx("/no/such.wav", true, false, false, true);
+  ASSERT_EQ(dialogs.Boxes().size(), 1U);
+  EXPECT_EQ(dialogs.LastText(), "Unable to init SOUND-DECVICE");
+  EXPECT_EQ(dialogs.Boxes()[0].icon, BoxIcon::kExclamation);
+  unsetenv("PULSE_SERVER");
+}
+
+}  // namespace
+}  // namespace kv
+
+#include "shell_services_qt_test.moc"

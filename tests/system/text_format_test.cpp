@@ -1,0 +1,121 @@
+#include "system/text_format.h"
+
+#include "support/fake_pump.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace kv {
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+TEST(TextFormat, ByteSizes) {
+  struct Case {
+    double bytes;
+    const char* text;
+  };
+  const Case cases[] = {
+      {0, "0.00 Bytes"},
+      {1024, "1024.00 Bytes"},
+      {1025, "1.00 KB"},
+      {1024.0 * 1.125, "1.13 KB"},  // an exact half goes up
+      {1024.0 * 1024, "1024.00 KB"},
+      {1024.0 * 1024 + 1, "1.00 MB"},
+      {4.2 * 1024 * 1024, "4.20 MB"},
+      {5000.0 * 1024 * 1024 * 1024, "5000.00 GB"},
+      {-0.001, "0.00 Bytes"},
+      {-5, "-5.00 Bytes"},
+      {kInfinity, "0.00 Bytes"},
+      {kNan, "0.00 Bytes"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(FormatByteSize(c.bytes, "."), c.text) << c.bytes;
+  EXPECT_EQ(FormatByteSize(1536, ","), "1,50 KB");
+  EXPECT_EQ(FormatByteSize(1e300, ".").size(), 297U);  // 291 digits, two decimals, " GB"
+}
+
+TEST(TextFormat, TimeCodes) {
+  struct Case {
+    double seconds;
+    const char* whole;
+    const char* with_decimals;  // two
+  };
+  const Case cases[] = {
+      {-5, "00:00:00", "00:00:00,00"},
+      {0.009, "00:00:00", "00:00:00,00"},
+      {kNan, "00:00:00", "00:00:00,00"},
+      {0.01, "00:00:00", "00:00:00.01"},
+      {0.125, "00:00:00", "00:00:00.13"},
+      {1, "00:00:00", "00:00:01.00"},
+      {59.5, "00:00:59", "00:00:59.50"},
+      {60, "00:00:59", "00:00:60.00"},
+      {61, "00:01:00", "00:01:01.00"},
+      {3600, "00:59:59", "00:59:60.00"},
+      {3600.5, "01:00:00", "01:00:00.50"},
+      {3723.25, "01:02:03", "01:02:03.25"},
+      {360001, "100:00:00", "100:00:01.00"},
+      {1e300, "999999999:59:59", "999999999:59:60.00"},
+      {kInfinity, "999999999:59:59", "999999999:59:60.00"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(FormatTimeCode(c.seconds, false, 2), c.whole) << c.seconds;
+    EXPECT_EQ(FormatTimeCode(c.seconds, true, 2), c.with_decimals) << c.seconds;
+  }
+  EXPECT_EQ(FormatTimeCode(1.5, true, 0), "00:00:01.5");
+  EXPECT_EQ(FormatTimeCode(1.5, true, 99), "00:00:01.500000");
+  EXPECT_EQ(FormatTimeCode(0, true, 3), "00:00:00,000");
+}
+
+// The rule as it was first told: from the nearest whole number up in steps of a tenth.
+double TruncateByStepping(double x) {
+  double r = std::nearbyint(x);
+  while (x > std::nearbyint(r)) r += 0.1;
+  return std::nearbyint(r);
+}
+
+TEST(TextFormat, TruncateSecondsEqualsTheStepping) {
+  for (const double base : {-3.0, -1.0, 0.0, 1.0, 2.0, 59.0, 3600.0, 123456789.0}) {
+    for (const double part : {0.0, 1e-9, 0.1, 0.3, 0.499999, 0.5, 0.500001, 0.7, 0.999999}) {
+      EXPECT_EQ(TruncateSeconds(base + part), TruncateByStepping(base + part)) << base + part;
+    }
+  }
+  EXPECT_EQ(TruncateSeconds(1125899906842624.25), 1125899906842625.0);  // no tenth fits in here
+  EXPECT_EQ(TruncateSeconds(kInfinity), kInfinity);
+}
+
+TEST(TextFormat, DecodeUrlText) {
+  struct Case {
+    std::string text;
+    std::string decoded;
+  };
+  const Case cases[] = {
+      {"a+b%20c", "a b c"},
+      {"%C3%A9t%c3%a9", "\xC3\xA9t\xC3\xA9"},
+      {"100%", "100"},
+      {"100%4", "100\x04"},
+      {"%2B%25", "+%"},
+      {"%4Gx", "\x04x"},
+      {"50%zz!", std::string("50\0!", 4)},
+      {"", ""},
+  };
+  for (const Case& c : cases) EXPECT_EQ(DecodeUrlText(c.text), c.decoded) << c.text;
+
+  FakePump pump;
+  DecodeUrlText(std::string(1000, 'x'), &pump);
+  EXPECT_EQ(pump.Pumps(), 4);
+  DecodeUrlText("short", &pump);
+  EXPECT_EQ(pump.Pumps(), 5);
+}
+
+TEST(TextFormat, SmallTexts) {
+  EXPECT_EQ(SwapColorHex("112233"), "332211");
+  EXPECT_EQ(SwapColorHex("12345"), "0");
+  EXPECT_EQ(SwapColorHex("1234567"), "0");
+  EXPECT_EQ(TrimAtNull(std::string("ab\0c", 4)), "ab");
+  EXPECT_EQ(TrimAtNull("abc"), "abc");
+}
+
+}  // namespace
+}  // namespace kv

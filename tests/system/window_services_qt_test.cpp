@@ -1,0 +1,88 @@
+#include "system/window_services_qt.h"
+
+#include "support/fake_pump.h"
+
+#include <QGuiApplication>
+#include <QListWidget>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+namespace kv {
+namespace {
+
+Qt::CursorShape Pointer() {
+  const QCursor* pointer = QGuiApplication::overrideCursor();
+  return pointer == nullptr ? Qt::ArrowCursor : pointer->shape();
+}
+
+TEST(WindowServicesQt, PointerIsCountedAndHiddenBeatsBusy) {
+  FakePump pump;
+  {
+    WindowServicesQt services(pump);
+    services.SetCursorHidden(true);
+    services.SetCursorHidden(true);
+    EXPECT_EQ(Pointer(), Qt::BlankCursor);
+    services.SetBusyPointer(true);
+    EXPECT_EQ(pump.Pumps(), 1);
+    EXPECT_EQ(Pointer(), Qt::BlankCursor);
+    services.SetCursorHidden(false);
+    EXPECT_EQ(Pointer(), Qt::BlankCursor);
+    services.SetCursorHidden(false);
+    EXPECT_EQ(Pointer(), Qt::WaitCursor);
+    services.SetBusyPointer(true);
+    services.SetBusyPointer(false);
+    EXPECT_EQ(Pointer(), Qt::ArrowCursor);
+    services.SetCursorHidden(false);  // shown once more than hidden
+    services.SetCursorHidden(true);
+    EXPECT_EQ(Pointer(), Qt::ArrowCursor);
+    services.SetCursorHidden(true);
+    EXPECT_EQ(Pointer(), Qt::BlankCursor);
+  }
+  EXPECT_EQ(Pointer(), Qt::ArrowCursor);  // nothing stays behind
+}
+
+TEST(WindowServicesQt, FlagsChangeOnAShownWindow) {
+  FakePump pump;
+  WindowServicesQt services(pump);
+  QWidget window;
+  window.show();
+  services.SetWindowStyleBits(window, kWsCaption, false);
+  EXPECT_FALSE(window.windowFlags().testFlag(Qt::FramelessWindowHint));  // its border is left
+  services.SetWindowStyleBits(window, kWsThickFrame, false);
+  EXPECT_TRUE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
+  services.SetWindowTopMost(window, true);
+  EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  services.SetWindowStyleBits(window, kWsCaption | kWsThickFrame, true);
+  services.SetWindowTopMost(window, false);
+  EXPECT_EQ(services.WindowStyleBits(window), kWsCaption | kWsThickFrame);
+  EXPECT_FALSE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
+  EXPECT_FALSE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  services.SetWindowExStyle(window, true, kWsExToolWindow);
+  EXPECT_EQ(window.windowType(), Qt::Tool);
+  services.SetWindowExStyle(window, true, kWsExAppWindow);
+  EXPECT_EQ(window.windowType(), Qt::Window);
+  EXPECT_TRUE(window.isVisible());
+}
+
+TEST(WindowServicesQt, OneWindowIsLockedAtATime) {
+  FakePump pump;
+  WindowServicesQt services(pump);
+  QListWidget first;
+  QWidget second;
+  services.LockWindowRedraw(&first);
+  services.LockWindowRedraw(&second);
+  EXPECT_FALSE(first.updatesEnabled());
+  EXPECT_TRUE(second.updatesEnabled());
+  services.LockWindowRedraw(nullptr);
+  EXPECT_TRUE(first.updatesEnabled());
+  {
+    QWidget gone;
+    services.LockWindowRedraw(&gone);
+  }
+  services.LockWindowRedraw(&second);  // a window that is gone locks nothing
+  EXPECT_FALSE(second.updatesEnabled());
+}
+
+}  // namespace
+}  // namespace kv
