@@ -1,0 +1,301 @@
+#include "controls/scroller.h"
+
+#include "controls/color_qt.h"
+#include "controls/scroller_accessible_qt.h"
+
+#include <QAccessible>
+#include <QAction>
+#include <QCursor>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QToolTip>
+
+#include <cmath>
+
+namespace kv {
+
+namespace {
+
+// A comfortable length for a slider that nobody has sized, and the least that can be aimed at.
+constexpr int kLength = 120;
+constexpr int kLeastLength = 33;
+
+std::int16_t ButtonMask(Qt::MouseButtons buttons) {
+  int mask = 0;
+  if (buttons.testFlag(Qt::LeftButton)) mask |= kLeftButton;
+  if (buttons.testFlag(Qt::RightButton)) mask |= kRightButton;
+  if (buttons.testFlag(Qt::MiddleButton)) mask |= kMiddleButton;
+  return static_cast<std::int16_t>(mask);
+}
+
+std::int16_t ShiftMask(Qt::KeyboardModifiers modifiers) {
+  int mask = 0;
+  if (modifiers.testFlag(Qt::ShiftModifier)) mask |= kShiftKey;
+  if (modifiers.testFlag(Qt::ControlModifier)) mask |= kCtrlKey;
+  if (modifiers.testFlag(Qt::AltModifier)) mask |= kAltKey;
+  return static_cast<std::int16_t>(mask);
+}
+
+// The model's code of a key; 0 for every key that means nothing to it.
+std::int16_t KeyCode(const QKeyEvent& event) {
+  if (!event.modifiers().testFlag(Qt::KeypadModifier)) return 0;
+  if (event.key() == Qt::Key_Plus) return kKeypadAdd;
+  if (event.key() == Qt::Key_Minus) return kKeypadSubtract;
+  return 0;
+}
+
+}  // namespace
+
+Scroller::Scroller(QWidget* parent, MessagePump* pump) : QWidget(parent), model_(*this, pump) {
+  InstallScrollerAccessibility();
+  setFocusPolicy(Qt::StrongFocus);
+  setMouseTracking(true);
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  UpdateSizePolicy();
+  model_.SetSize(static_cast<float>(width()), static_cast<float>(height()));
+}
+
+bool Scroller::Vertical() const {
+  return model_.Properties().direction == ScrollerDirection::kVertical;
+}
+
+void Scroller::SetPicture(const QPixmap& picture) {
+  picture_ = picture;
+  model_.PictureChanged();
+  update();
+}
+
+void Scroller::SetScrollKnobPicture(const QPixmap& picture) {
+  knob_picture_ = picture;
+  if (picture.isNull()) {
+    model_.SetScrollKnobPicture(std::nullopt);
+  } else {
+    // Whole pixels, since the control takes its size from the knob.
+    const QSizeF size = picture.deviceIndependentSize();
+    model_.SetScrollKnobPicture(KnobSize{static_cast<float>(std::ceil(size.width())),
+                                         static_cast<float>(std::ceil(size.height()))});
+  }
+  update();
+}
+
+QSize Scroller::sizeHint() const {
+  const QSize knob(qRound(model_.Knob().width), qRound(model_.Knob().height));
+  return Vertical() ? QSize(knob.width(), kLength) : QSize(kLength, knob.height());
+}
+
+QSize Scroller::minimumSizeHint() const {
+  const QSize hint = sizeHint();
+  return Vertical() ? QSize(hint.width(), kLeastLength) : QSize(kLeastLength, hint.height());
+}
+
+void Scroller::UpdateSizePolicy() {
+  const bool fixed = model_.Properties().size_to_knob;
+  const QSizePolicy::Policy across = fixed ? QSizePolicy::Fixed : QSizePolicy::Preferred;
+  if (Vertical()) {
+    setSizePolicy(across, QSizePolicy::Expanding);
+  } else {
+    setSizePolicy(QSizePolicy::Expanding, across);
+  }
+  updateGeometry();
+}
+
+void Scroller::Resize(float width, float height) {
+  resize(qRound(width), qRound(height));
+}
+
+// A position slider is told its value many times a second, and mostly the picture stays the same.
+void Scroller::Repaint() {
+  const bool same = painted_pressed_ == model_.Dragging() &&
+                    LayOutScroller(model_, devicePixelRatioF()) == painted_;
+  if (!same) update();
+}
+
+void Scroller::PropertyChanged(std::string_view key) {
+  if (key == "Value") {
+    if (QAccessible::isActive()) {
+      QAccessibleValueChangeEvent changed(this, model_.Value());
+      QAccessible::updateAccessibility(&changed);
+    }
+    return;
+  }
+  UpdateSizePolicy();
+  update();
+}
+
+std::string Scroller::ToolTipText() const {
+  return toolTip().toStdString();
+}
+
+std::optional<SetMenuItem> Scroller::PopUpSetMenu(const SetMenuCaptions& captions) {
+  // A child, so that it goes when the slider goes; then nothing here may be touched any more.
+  const QPointer<QMenu> menu = new QMenu(QString::fromStdString(captions.file), this);
+  const QAction* const to_min = menu->addAction(QString::fromStdString(captions.set_to_min));
+  const QAction* const to_mid = menu->addAction(QString::fromStdString(captions.set_to_mid));
+  const QAction* const to_max = menu->addAction(QString::fromStdString(captions.set_to_max));
+  const QAction* const picked = menu->exec(QCursor::pos());
+  if (!menu) return std::nullopt;
+  menu->deleteLater();
+  if (picked == to_min) return SetMenuItem::kSetToMin;
+  if (picked == to_mid) return SetMenuItem::kSetToMid;
+  if (picked == to_max) return SetMenuItem::kSetToMax;
+  return std::nullopt;
+}
+
+void Scroller::SetHover(bool hover) {
+  if (hover == hover_) return;
+  hover_ = hover;
+  update();
+}
+
+bool Scroller::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip) {
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const auto x = static_cast<float>(help->pos().x());
+    const auto y = static_cast<float>(help->pos().y());
+    const QString text =
+        model_.KnobContains(x, y) ? QString::fromStdString(model_.KnobToolTip()) : toolTip();
+    if (text.isEmpty()) {
+      QToolTip::hideText();
+      event->ignore();
+    } else {
+      QToolTip::showText(help->globalPos(), text, this);
+    }
+    return true;
+  }
+  return QWidget::event(event);
+}
+
+ScrollerLook Scroller::Look() const {
+  const ScrollerProperties& properties = model_.Properties();
+  ScrollerLook look;
+  look.back = ToQColor(properties.back_color, palette());
+  look.center_line = ToQColor(properties.center_line_color, palette());
+  look.range = ToQColor(properties.range_color, palette());
+  if (properties.knob_color != kSystemButtonFace) {
+    look.knob = ToQColor(properties.knob_color, palette());
+  }
+  // The theme's accent, unless the scheme's background swallows it.
+  constexpr double kVisible = 3.0;
+  look.focus = palette().color(QPalette::Highlight);
+  if (ContrastRatio(look.focus, look.back) < kVisible) {
+    const QColor white(255, 255, 255);
+    const QColor black(0, 0, 0);
+    look.focus = ContrastRatio(white, look.back) > ContrastRatio(black, look.back) ? white : black;
+  }
+  look.picture = picture_;
+  look.custom_knob = knob_picture_;
+  look.vertical = Vertical();
+  look.enabled = isEnabled();
+  look.hover = hover_;
+  look.pressed = model_.Dragging();
+  look.keyboard_focus = focused_ && focus_by_key_;
+  return look;
+}
+
+void Scroller::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  // The scale of what is painted on, which need not be the screen when a picture is taken.
+  const QTransform device = painter.deviceTransform();
+  const double scale = device.m11();
+  painted_ = LayOutScroller(model_, scale);
+  painted_pressed_ = model_.Dragging();
+  const ScrollerLook look = Look();
+  painter.fillRect(rect(), look.back);
+  // At a fractional scale the control's corner need not fall on a device pixel; the drawing does.
+  painter.scale(1 / scale, 1 / scale);
+  painter.translate(std::round(device.dx()) - device.dx(), std::round(device.dy()) - device.dy());
+  PaintScroller(painter, painted_, look, scale);
+}
+
+void Scroller::resizeEvent(QResizeEvent* /*event*/) {
+  model_.SetSize(static_cast<float>(width()), static_cast<float>(height()));
+}
+
+void Scroller::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::EnabledChange && !isEnabled()) {
+    hover_ = false;
+    model_.CancelDrag();
+  }
+  update();
+  QWidget::changeEvent(event);
+}
+
+void Scroller::hideEvent(QHideEvent* event) {
+  hover_ = false;
+  model_.CancelDrag();
+  QWidget::hideEvent(event);
+}
+
+void Scroller::mousePressEvent(QMouseEvent* event) {
+  const std::int16_t button = ButtonMask(event->button());
+  if (button == 0) {
+    event->ignore();
+    return;
+  }
+  const QPointF at = event->position();
+  const QPointer<Scroller> alive(this);
+  model_.PointerDown(button, ShiftMask(event->modifiers()), static_cast<float>(at.x()),
+                     static_cast<float>(at.y()));
+  if (alive) update();
+}
+
+void Scroller::mouseMoveEvent(QMouseEvent* event) {
+  const QPointF at = event->position();
+  const QPointer<Scroller> alive(this);
+  model_.PointerMove(ButtonMask(event->buttons()), static_cast<float>(at.x()),
+                     static_cast<float>(at.y()));
+  if (alive) {
+    SetHover(model_.KnobContains(static_cast<float>(at.x()), static_cast<float>(at.y())));
+  }
+}
+
+void Scroller::mouseReleaseEvent(QMouseEvent* event) {
+  const std::int16_t button = ButtonMask(event->button());
+  if (button == 0) {
+    event->ignore();
+    return;
+  }
+  const QPointF at = event->position();
+  const QPointer<Scroller> alive(this);
+  model_.PointerUp(button, ShiftMask(event->modifiers()), static_cast<float>(at.x()),
+                   static_cast<float>(at.y()));
+  if (alive) update();
+}
+
+void Scroller::leaveEvent(QEvent* event) {
+  SetHover(false);
+  QWidget::leaveEvent(event);
+}
+
+void Scroller::keyPressEvent(QKeyEvent* event) {
+  if (!model_.KeyDown(KeyCode(*event), ShiftMask(event->modifiers()))) event->ignore();
+}
+
+void Scroller::keyReleaseEvent(QKeyEvent* event) {
+  model_.KeyUp(KeyCode(*event), ShiftMask(event->modifiers()));
+  event->ignore();
+}
+
+// Coming back from another window or a menu says nothing about how the focus once came here.
+void Scroller::focusInEvent(QFocusEvent* event) {
+  const Qt::FocusReason reason = event->reason();
+  if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
+    focus_by_key_ = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+                    reason == Qt::ShortcutFocusReason;
+  }
+  focused_ = true;
+  QWidget::focusInEvent(event);
+  if (got_focus) got_focus();
+}
+
+void Scroller::focusOutEvent(QFocusEvent* event) {
+  focused_ = false;
+  QWidget::focusOutEvent(event);
+}
+
+}  // namespace kv
