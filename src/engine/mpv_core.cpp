@@ -1,0 +1,143 @@
+#include "engine/mpv_core.h"
+
+#include <array>
+#include <thread>
+#include <vector>
+
+namespace kv {
+namespace {
+
+struct Option {
+  const char* name;
+  const char* value;
+};
+
+// The player decides everything itself: no configuration, scripts, keys or helper programs of the
+// engine's own; a medium is held at its end until the player says what follows.
+constexpr std::array kOptions = {
+    Option{"config", "no"},
+    Option{"load-scripts", "no"},
+    Option{"ytdl", "no"},
+    Option{"osc", "no"},
+    Option{"terminal", "no"},
+    Option{"input-default-bindings", "no"},
+    Option{"input-vo-keyboard", "no"},
+    Option{"idle", "yes"},
+    Option{"vo", "libmpv"},
+    Option{"keep-open", "yes"},
+    Option{"keep-open-pause", "no"},
+    Option{"pause", "yes"},
+    Option{"keepaspect", "no"},        // the player's own scaling rules decide the rectangle
+    Option{"audio-display", "no"},     // a cover picture does not make a song a video
+    Option{"cover-art-auto", "no"},
+    Option{"audio-fallback-to-null", "yes"},
+    Option{"audio-client-name", "Kestrelview"},
+    Option{"hr-seek", "yes"},          // A > B loops and frame steps are exact
+    Option{"access-references", "no"},  // what a file names is not opened
+    Option{"network-timeout", "10"},
+    Option{"volume-max", "100"},
+    Option{"osd-level", "0"},
+    Option{"sub-auto", "exact"},
+    Option{"save-position-on-quit", "no"},
+    Option{"resume-playback", "no"},
+    Option{"load-unsafe-playlists", "no"},
+};
+
+}  // namespace
+
+MpvCore::MpvCore(const std::string& outputs, bool hardware_decoding) : handle_(mpv_create()) {
+  if (handle_ == nullptr) return;
+  for (const Option& option : kOptions) mpv_set_option_string(handle_, option.name, option.value);
+  mpv_set_option_string(handle_, "ao", outputs.c_str());
+  mpv_set_option_string(handle_, "hwdec", hardware_decoding ? "auto-safe" : "no");
+  if (mpv_initialize(handle_) < 0) {
+    mpv_destroy(handle_);
+    handle_ = nullptr;
+    return;
+  }
+  mpv_set_wakeup_callback(handle_, &MpvCore::OnWakeup, this);
+}
+
+MpvCore::~MpvCore() {
+  if (handle_ == nullptr) return;
+  mpv_set_wakeup_callback(handle_, nullptr, nullptr);
+  if (renderer_) renderer_->Stop();
+  mpv_terminate_destroy(handle_);
+}
+
+void MpvCore::OnWakeup(void* self) {
+  auto* core = static_cast<MpvCore*>(self);
+  if (core->wakeup_pending_.exchange(true)) return;
+  QMetaObject::invokeMethod(
+      core, [core] { core->HandleEvents(0.0); }, Qt::QueuedConnection);
+}
+
+void MpvCore::HandleEvents(double seconds) {
+  wakeup_pending_ = false;
+  if (handle_ == nullptr) return;
+  while (true) {
+    const mpv_event* event = mpv_wait_event(handle_, seconds);
+    if (event->event_id == MPV_EVENT_NONE) return;
+    seconds = 0.0;
+    if (listener_ != nullptr) listener_->OnMpvEvent(*event);
+  }
+}
+
+std::uint64_t MpvCore::Command(std::initializer_list<const char*> words) {
+  std::vector<const char*> list(words);
+  list.push_back(nullptr);
+  ++last_request_;
+  if (handle_ != nullptr) mpv_command_async(handle_, last_request_, list.data());
+  return last_request_;
+}
+
+std::uint64_t MpvCore::SetFlag(const char* name, bool value) {
+  int flag = value ? 1 : 0;
+  ++last_request_;
+  if (handle_ != nullptr) {
+    mpv_set_property_async(handle_, last_request_, name, MPV_FORMAT_FLAG, &flag);
+  }
+  return last_request_;
+}
+
+std::uint64_t MpvCore::SetDouble(const char* name, double value) {
+  ++last_request_;
+  if (handle_ != nullptr) {
+    mpv_set_property_async(handle_, last_request_, name, MPV_FORMAT_DOUBLE, &value);
+  }
+  return last_request_;
+}
+
+std::uint64_t MpvCore::SetText(const char* name, const std::string& value) {
+  const char* text = value.c_str();
+  ++last_request_;
+  if (handle_ != nullptr) {
+    mpv_set_property_async(handle_, last_request_, name, MPV_FORMAT_STRING, &text);
+  }
+  return last_request_;
+}
+
+std::uint64_t MpvCore::Ask(const char* name, mpv_format format) {
+  ++last_request_;
+  if (handle_ != nullptr) mpv_get_property_async(handle_, last_request_, name, format);
+  return last_request_;
+}
+
+std::shared_ptr<std::atomic<bool>> MpvCore::Retire(std::unique_ptr<MpvCore> core) {
+  auto done = std::make_shared<std::atomic<bool>>(false);
+  if (!core) {
+    *done = true;
+    return done;
+  }
+  core->SetListener(nullptr);
+  if (core->handle_ != nullptr) mpv_set_wakeup_callback(core->handle_, nullptr, nullptr);
+  // The queue must hold nothing for an object that ends on another thread.
+  core->moveToThread(nullptr);
+  std::thread([core = std::move(core), done]() mutable {
+    core.reset();
+    *done = true;
+  }).detach();
+  return done;
+}
+
+}  // namespace kv

@@ -1,0 +1,74 @@
+// One libmpv player core: its options, its commands and its events, brought to the interface thread.
+//
+// Everything that is asked of the core is asynchronous, since a synchronous read waits for whatever
+// the core is busy with: a decoder, a dead host, a sound server that never answers. Owned by
+// `MpvEngine`. Interface thread only, but for `~MpvCore`, which may run anywhere.
+#pragma once
+
+#include <mpv/client.h>
+
+#include <QObject>
+
+#include <atomic>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <string>
+
+#include "engine/video_renderer.h"
+
+namespace kv {
+
+class MpvCore : public QObject {
+  Q_OBJECT
+
+ public:
+  // Hears of every event, in order.
+  class Listener {
+   public:
+    virtual ~Listener() = default;
+    virtual void OnMpvEvent(const mpv_event& event) = 0;
+  };
+
+  // `outputs` names the sound outputs to try, see sound_probe.h; `hardware_decoding` whether the
+  // renderer can take pictures that stay on the graphics card.
+  MpvCore(const std::string& outputs, bool hardware_decoding);
+  // Waits for the core to end, which can take as long as the core is stuck in what it does; see
+  // `Retire`.
+  ~MpvCore() override;
+
+  // False when libmpv could not be started; every command then does nothing.
+  bool Valid() const { return handle_ != nullptr; }
+  mpv_handle* Handle() const { return handle_; }
+
+  void SetListener(Listener* listener) { listener_ = listener; }
+
+  // Each answers the number under which the event of its completion comes back.
+  std::uint64_t Command(std::initializer_list<const char*> words);
+  std::uint64_t SetFlag(const char* name, bool value);
+  std::uint64_t SetDouble(const char* name, double value);
+  std::uint64_t SetText(const char* name, const std::string& value);
+  std::uint64_t Ask(const char* name, mpv_format format);
+
+  // Handles what has come, waiting at most `seconds` for the first event. For the one caller that
+  // must block; everybody else is called when something has come.
+  void HandleEvents(double seconds);
+
+  // Whose pictures the renderer makes. Ended together with the core, before it.
+  void SetRenderer(std::shared_ptr<VideoRenderer> renderer) { renderer_ = std::move(renderer); }
+
+  // Ends `core` on a thread of its own, so that nobody waits for it. The answer becomes true when
+  // that is done.
+  static std::shared_ptr<std::atomic<bool>> Retire(std::unique_ptr<MpvCore> core);
+
+ private:
+  static void OnWakeup(void* self);
+
+  mpv_handle* handle_ = nullptr;
+  Listener* listener_ = nullptr;
+  std::shared_ptr<VideoRenderer> renderer_;
+  std::uint64_t last_request_ = 0;
+  std::atomic<bool> wakeup_pending_{false};
+};
+
+}  // namespace kv

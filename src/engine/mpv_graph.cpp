@@ -1,0 +1,473 @@
+#include "engine/mpv_graph.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+#include "engine/audio_levels.h"
+#include "engine/media_gate.h"
+#include "engine/mpv_engine.h"
+
+namespace kv {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int kPollMilliseconds = 20;
+// A core takes a command at once unless it is stuck in a system call.
+constexpr auto kCorePatience = std::chrono::milliseconds(1500);
+constexpr auto kLocalPatience = std::chrono::seconds(30);
+constexpr auto kRemotePatience = std::chrono::seconds(60);
+
+constexpr int kGraphRunning = 0;
+constexpr int kGraphComplete = 1;
+constexpr int kGraphAborted = 2;
+
+// Formats whose content names other media: one graph is one medium.
+constexpr std::array<std::string_view, 5> kListFormats = {"edl", "cue", "playlist", "mf", "concat"};
+
+// The core's volume is the cube root of the amplitude, in per cent.
+double CoreVolume(int volume) { return 100.0 * std::cbrt(GainOfVolume(volume)); }
+
+const double* AsDouble(const mpv_event_property& property) {
+  return property.format == MPV_FORMAT_DOUBLE ? static_cast<const double*>(property.data) : nullptr;
+}
+
+int AsInt(const mpv_event_property& property) {
+  if (property.format != MPV_FORMAT_INT64) return 0;
+  return static_cast<int>(*static_cast<const std::int64_t*>(property.data));
+}
+
+bool AsFlag(const mpv_event_property& property) {
+  return property.format == MPV_FORMAT_FLAG && *static_cast<const int*>(property.data) != 0;
+}
+
+std::string AsText(const mpv_event_property& property) {
+  if (property.format != MPV_FORMAT_STRING) return {};
+  return *static_cast<char* const*>(property.data);
+}
+
+std::string SecondsText(double seconds) {
+  std::array<char, 40> text{};
+  std::snprintf(text.data(), text.size(), "%.6f", seconds);
+  return text.data();
+}
+
+}  // namespace
+
+MpvGraph::MpvGraph(MpvEngine& engine) : engine_(engine) {}
+
+MpvGraph::~MpvGraph() { engine_.Release(*this, false); }
+
+bool MpvGraph::RenderFile(const std::string& target) {
+  const GateVerdict verdict = CheckMedium(target);
+  if (!verdict.allowed) {
+    phase_ = Phase::kFailed;
+    return false;
+  }
+  engine_.Claim(*this);
+  if (!engine_.IsCurrent(*this) || abandoned_ || !engine_.Core().Valid()) {
+    phase_ = Phase::kFailed;
+    return false;
+  }
+  StartLoading(verdict.target, verdict.remote);
+  if (!WaitUntilLoaded(verdict.target, verdict.remote)) {
+    Fail();
+    return false;
+  }
+  return true;
+}
+
+void MpvGraph::StartLoading(const std::string& target, bool remote) {
+  phase_ = Phase::kLoading;
+  load_accepted_ = false;
+  entry_ = started_ = -1;
+  clock_.Reset();
+  clock_.BeginSeek(0.0, Clock::now());
+  MpvCore& core = engine_.Core();
+  engine_.ResetBalance();
+  core.SetFlag("pause", true);
+  core.SetDouble("speed", 1.0);
+  core.SetDouble("volume", CoreVolume(kFullVolume));
+  // A stream may be made of parts that its server names; a local file has no business to name any.
+  load_request_ = core.Command({"loadfile", target.c_str(), "replace",
+                                remote ? "access-references=yes" : "access-references=no"});
+}
+
+bool MpvGraph::WaitUntilLoaded(const std::string& target, bool remote) {
+  const auto begin = Clock::now();
+  bool replaced = false;
+  while (phase_ == Phase::kLoading || phase_ == Phase::kPreparing) {
+    engine_.Pump().WaitAndPump(kPollMilliseconds);
+    if (abandoned_ || !engine_.IsCurrent(*this)) return false;
+    const auto waited = Clock::now() - begin;
+    if (!load_accepted_ && !replaced && waited > kCorePatience) {
+      replaced = true;
+      engine_.ReplaceCore();
+      StartLoading(target, remote);
+    }
+    if (waited > (remote ? kRemotePatience : kLocalPatience)) return false;
+  }
+  return Ready();
+}
+
+void MpvGraph::Fail() {
+  phase_ = Phase::kFailed;
+  clock_.Reset();
+  engine_.Release(*this, true);
+}
+
+bool MpvGraph::Run() {
+  if (!Ready()) return false;
+  engine_.Core().SetFlag("pause", false);
+  clock_.Run(Clock::now());
+  return true;
+}
+
+bool MpvGraph::Pause() {
+  if (!Ready()) return false;
+  engine_.Core().SetFlag("pause", true);
+  clock_.Halt(Clock::now());
+  return true;
+}
+
+bool MpvGraph::Stop() {
+  if (phase_ == Phase::kLoading || phase_ == Phase::kPreparing || phase_ == Phase::kEmpty) {
+    abandoned_ = true;
+    engine_.Release(*this, true);
+    return true;
+  }
+  return Pause();
+}
+
+std::optional<double> MpvGraph::get_Duration() const {
+  if (!Ready()) return std::nullopt;
+  return clock_.Duration();
+}
+
+bool MpvGraph::put_CurrentPosition(double seconds) {
+  if (!Ready()) return false;
+  // The core takes a negative position for a distance from the end.
+  if (!(seconds >= 0.0)) seconds = 0.0;
+  if (clock_.Duration() > 0.0) seconds = std::min(seconds, clock_.Duration());
+  clock_.BeginSeek(seconds, Clock::now());
+  const std::string text = SecondsText(seconds);
+  seek_request_ = engine_.Core().Command({"seek", text.c_str(), "absolute+exact"});
+  confirm_request_ = ended_request_ = 0;
+  return true;
+}
+
+std::optional<double> MpvGraph::get_CurrentPosition() const {
+  if (!Ready()) return std::nullopt;
+  return clock_.Position(Clock::now());
+}
+
+bool MpvGraph::put_Rate(double rate) {
+  if (!Ready() || !(rate > 0.0)) return false;
+  rate_ = rate;
+  engine_.Core().SetDouble("speed", rate);
+  clock_.SetRate(rate, Clock::now());
+  return true;
+}
+
+std::optional<double> MpvGraph::get_Rate() const {
+  if (!Ready()) return std::nullopt;
+  return rate_;
+}
+
+bool MpvGraph::put_Volume(int volume) {
+  if (!Ready()) return false;
+  if (volume == volume_) return true;
+  volume_ = volume;
+  engine_.Core().SetDouble("volume", CoreVolume(volume));
+  return true;
+}
+
+std::optional<int> MpvGraph::get_Volume() const {
+  if (!Ready()) return std::nullopt;
+  return volume_;
+}
+
+bool MpvGraph::put_Balance(int balance) {
+  if (!Ready()) return false;
+  if (balance == balance_) return true;
+  balance_ = balance;
+  engine_.SetBalance(balance);
+  return true;
+}
+
+std::optional<int> MpvGraph::get_Balance() const {
+  if (!Ready()) return std::nullopt;
+  return balance_;
+}
+
+// The picture is a part of its surface and not a window with a frame; showing it is all a style
+// can mean here.
+bool MpvGraph::put_WindowStyle(std::uint32_t /*style*/) {
+  if (!HasVideo()) return false;
+  engine_.Video().SetShown(true);
+  return true;
+}
+
+bool MpvGraph::put_Owner(WindowHandle owner) {
+  if (!HasVideo()) return false;
+  engine_.Video().SetOwner(owner);
+  return true;
+}
+
+bool MpvGraph::SetWindowPosition(int left, int top, int width, int height) {
+  if (!HasVideo()) return false;
+  engine_.Video().SetRectangle(QRect(left, top, width, height));
+  return true;
+}
+
+bool MpvGraph::put_Top(int top) {
+  const QRect old = engine_.Video().Rectangle();
+  return SetWindowPosition(old.left(), top, old.width(), old.height());
+}
+
+bool MpvGraph::put_Left(int left) {
+  const QRect old = engine_.Video().Rectangle();
+  return SetWindowPosition(left, old.top(), old.width(), old.height());
+}
+
+bool MpvGraph::put_Width(int width) {
+  const QRect old = engine_.Video().Rectangle();
+  return SetWindowPosition(old.left(), old.top(), width, old.height());
+}
+
+bool MpvGraph::put_Height(int height) {
+  const QRect old = engine_.Video().Rectangle();
+  return SetWindowPosition(old.left(), old.top(), old.width(), height);
+}
+
+bool MpvGraph::put_FullScreenMode(bool on) {
+  return HasVideo() && engine_.Video().SetFullScreen(on);
+}
+
+bool MpvGraph::HideCursor(bool hide) {
+  if (!HasVideo()) return false;
+  engine_.Video().SetCursorHidden(hide);
+  return true;
+}
+
+std::optional<bool> MpvGraph::IsCursorHidden() const {
+  if (!HasVideo()) return std::nullopt;
+  return engine_.Video().CursorHidden();
+}
+
+std::optional<double> MpvGraph::get_AvgTimePerFrame() const {
+  if (!HasVideo() || !(frames_per_second_ > 0.0)) return std::nullopt;
+  return 1.0 / frames_per_second_;
+}
+
+std::optional<int> MpvGraph::get_BitRate() const {
+  if (!HasVideo()) return std::nullopt;
+  return static_cast<int>(std::lround(bit_rate_));
+}
+
+// Decoders here conceal errors and do not count them.
+std::optional<int> MpvGraph::get_BitErrorRate() const {
+  if (!HasVideo()) return std::nullopt;
+  return 0;
+}
+
+std::optional<VideoSize> MpvGraph::GetVideoSize() const {
+  if (!HasVideo()) return std::nullopt;
+  return size_;
+}
+
+int MpvGraph::WaitForCompletion(int timeout_milliseconds) {
+  if (!Ready()) return kGraphAborted;
+  const auto deadline = Clock::now() + std::chrono::milliseconds(timeout_milliseconds);
+  engine_.Core().HandleEvents(0.0);
+  while (!clock_.Ended()) {
+    const std::chrono::duration<double> left = deadline - Clock::now();
+    if (left.count() <= 0.0) return kGraphRunning;
+    engine_.Core().HandleEvents(left.count());
+  }
+  return kGraphComplete;
+}
+
+void MpvGraph::OnMpvEvent(const mpv_event& event) {
+  switch (event.event_id) {
+    case MPV_EVENT_COMMAND_REPLY:
+      OnCommandReply(event);
+      break;
+    case MPV_EVENT_HOOK:
+      OnHook(*static_cast<mpv_event_hook*>(event.data));
+      break;
+    case MPV_EVENT_START_FILE:
+      OnStartFile(*static_cast<mpv_event_start_file*>(event.data));
+      break;
+    case MPV_EVENT_FILE_LOADED:
+      OnFileLoaded();
+      break;
+    case MPV_EVENT_END_FILE:
+      OnEndFile(*static_cast<mpv_event_end_file*>(event.data));
+      break;
+    case MPV_EVENT_PLAYBACK_RESTART:
+      OnPlaybackRestart();
+      break;
+    case MPV_EVENT_GET_PROPERTY_REPLY:
+      OnReply(event);
+      break;
+    case MPV_EVENT_PROPERTY_CHANGE:
+      OnProperty(*static_cast<mpv_event_property*>(event.data));
+      break;
+    default:
+      break;
+  }
+}
+
+void MpvGraph::OnCommandReply(const mpv_event& event) {
+  if (event.reply_userdata == load_request_) {
+    load_accepted_ = true;
+    if (event.error < 0) {
+      phase_ = Phase::kFailed;
+      return;
+    }
+    const mpv_node& result = static_cast<mpv_event_command*>(event.data)->result;
+    if (result.format != MPV_FORMAT_NODE_MAP) return;
+    for (int i = 0; i < result.u.list->num; ++i) {
+      if (std::strcmp(result.u.list->keys[i], "playlist_entry_id") == 0) {
+        entry_ = result.u.list->values[i].u.int64;
+      }
+    }
+  } else if (event.reply_userdata == seek_request_ && event.error < 0) {
+    // The medium cannot be moved: the clock goes on from where it really is.
+    confirm_request_ = engine_.Core().Ask("time-pos", MPV_FORMAT_DOUBLE);
+  }
+}
+
+void MpvGraph::OnHook(const mpv_event_hook& hook) {
+  // A medium whose content turned out to be a list makes the core go on to what the list names.
+  if (started_ != entry_) engine_.Core().Command({"stop"});
+  mpv_hook_continue(engine_.Core().Handle(), hook.id);
+}
+
+void MpvGraph::OnStartFile(const mpv_event_start_file& start) {
+  started_ = start.playlist_entry_id;
+}
+
+void MpvGraph::OnFileLoaded() {
+  if (started_ != entry_ || phase_ != Phase::kLoading) return;
+  phase_ = Phase::kPreparing;
+  MpvCore& core = engine_.Core();
+  format_request_ = core.Ask("file-format", MPV_FORMAT_STRING);
+  duration_request_ = core.Ask("duration", MPV_FORMAT_DOUBLE);
+  video_request_ = core.Ask("vid", MPV_FORMAT_STRING);
+}
+
+void MpvGraph::OnEndFile(const mpv_event_end_file& end) {
+  if (end.playlist_entry_id != entry_ || entry_ < 0) return;
+  if (phase_ == Phase::kReady) {
+    // Held at its end is the rule; the medium being gone altogether is an end as well.
+    clock_.SetEnded(true, LastPictureSeconds(), Clock::now());
+    return;
+  }
+  phase_ = Phase::kFailed;
+}
+
+void MpvGraph::OnPlaybackRestart() {
+  if (started_ != entry_) return;
+  // A jump from the end to the end is no change of the observed property.
+  ended_request_ = engine_.Core().Ask("eof-reached", MPV_FORMAT_FLAG);
+  confirm_request_ = engine_.Core().Ask("time-pos", MPV_FORMAT_DOUBLE);
+  if (phase_ == Phase::kPreparing && video_request_ == 0) {
+    // Everything decodes by now; a video track that gave no picture will give none.
+    has_video_track_ = has_video_track_ && size_.width > 0;
+    CheckPrepared();
+  }
+}
+
+void MpvGraph::OnReply(const mpv_event& event) {
+  const auto* property = static_cast<mpv_event_property*>(event.data);
+  const bool known = event.error >= 0;
+  const auto now = Clock::now();
+  if (event.reply_userdata == ended_request_) {
+    ended_request_ = 0;
+    if (!known || !AsFlag(*property)) return;
+    // The decoder tells its last picture, which may be far behind the end that was asked for.
+    clock_.EndSeek(clock_.Position(now), now);
+    clock_.SetEnded(true, LastPictureSeconds(), now);
+  } else if (event.reply_userdata == confirm_request_) {
+    confirm_request_ = 0;
+    const double* position = known ? AsDouble(*property) : nullptr;
+    clock_.EndSeek(position != nullptr ? std::max(0.0, *position) : clock_.Position(now), now);
+  } else if (event.reply_userdata == format_request_) {
+    format_request_ = 0;
+    const std::string format = known ? AsText(*property) : std::string();
+    for (const std::string_view list : kListFormats) {
+      if (format == list) phase_ = Phase::kFailed;
+    }
+  } else if (event.reply_userdata == duration_request_) {
+    duration_request_ = 0;
+    const double* duration = known ? AsDouble(*property) : nullptr;
+    clock_.SetDuration(duration != nullptr ? *duration : 0.0);
+  } else if (event.reply_userdata == video_request_) {
+    video_request_ = 0;
+    const std::string track = known ? AsText(*property) : std::string();
+    has_video_track_ = !track.empty() && track != "no" && track != "auto";
+  } else {
+    return;
+  }
+  CheckPrepared();
+}
+
+void MpvGraph::CheckPrepared() {
+  if (phase_ != Phase::kPreparing) return;
+  if (format_request_ != 0 || duration_request_ != 0 || video_request_ != 0) return;
+  if (has_video_track_ && size_.width == 0) return;
+  phase_ = Phase::kReady;
+}
+
+void MpvGraph::OnProperty(const mpv_event_property& property) {
+  // Before our medium is loaded the values are those of the one before.
+  if (phase_ != Phase::kPreparing && phase_ != Phase::kReady) return;
+  const std::string_view name = property.name;
+  const auto now = Clock::now();
+  if (name == "time-pos") {
+    // Decoders start a little before the medium does.
+    if (const double* position = AsDouble(property)) clock_.Report(std::max(0.0, *position), now);
+  } else if (name == "duration") {
+    if (const double* duration = AsDouble(property)) clock_.SetDuration(*duration);
+  } else if (name == "eof-reached") {
+    if (property.format != MPV_FORMAT_NONE) {
+      clock_.SetEnded(AsFlag(property), LastPictureSeconds(), now);
+    }
+  } else if (name == "paused-for-cache") {
+    clock_.SetStalled(AsFlag(property), now);
+  } else if (name == "video-out-params/dw") {
+    decoded_width_ = AsInt(property);
+    UpdateVideoSize();
+  } else if (name == "video-out-params/dh") {
+    decoded_height_ = AsInt(property);
+    UpdateVideoSize();
+  } else if (name == "video-out-params/rotate") {
+    rotation_ = AsInt(property);
+    UpdateVideoSize();
+  } else if (name == "container-fps") {
+    if (const double* rate = AsDouble(property)) frames_per_second_ = *rate;
+  } else if (name == "video-bitrate") {
+    if (const double* rate = AsDouble(property)) bit_rate_ = *rate;
+  }
+}
+
+double MpvGraph::LastPictureSeconds() const {
+  return frames_per_second_ > 0.0 ? 1.0 / frames_per_second_ : 0.0;
+}
+
+void MpvGraph::UpdateVideoSize() {
+  if (decoded_width_ <= 0 || decoded_height_ <= 0) return;
+  size_ = {decoded_width_, decoded_height_};
+  if (rotation_ % 180 != 0) std::swap(size_.width, size_.height);
+  CheckPrepared();
+}
+
+}  // namespace kv
