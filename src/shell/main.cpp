@@ -1,0 +1,116 @@
+// The program's entry: hands its path to a player that runs, or becomes that player.
+
+#include "engine/mpv_engine.h"
+#include "shell/command_line.h"
+#include "shell/frm_main.h"
+#include "shell/hand_over_channel.h"
+#include "shell/link_server.h"
+#include "shell/start_up.h"
+#include "shell/termination.h"
+#include "shell/trace.h"
+#include "system/app_folder.h"
+#include "system/message_pump_qt.h"
+#include "system/priority.h"
+#include "system/registry.h"
+#include "system/text_platform_qt.h"
+#include "system/timers_qt.h"
+
+#include <QApplication>
+#include <QSessionManager>
+
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+namespace {
+
+// A player that does not answer for this long is taken for dead, and this start becomes the player.
+constexpr int kHandOverMilliseconds = 2000;
+// What the engine is given to end in; a stuck sound or network library is left behind.
+constexpr int kShutdownMilliseconds = 800;
+
+std::string WorkingFolder() {
+  std::array<char, PATH_MAX> folder{};
+  return getcwd(folder.data(), folder.size()) != nullptr ? folder.data() : "";
+}
+
+bool HandOverToRunningPlayer(const kv::RawCommandLine& arguments, const std::string& socket) {
+  const std::string file = kv::CommandFileOf(kv::ParseDebugSwitch(arguments).CommandLine);
+  if (file.empty()) return false;
+  return kv::SendHandOver(socket, '"' + file + '"', kHandOverMilliseconds) !=
+         kv::HandOverAnswer::kNobody;
+}
+
+int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
+              const kv::ProgramFolder& folder, const std::string& socket) {
+  kv::Trace trace;
+  trace.Write("start");
+  if (kv::MayUseHardwareVideo()) {
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+  } else {
+    // Without OpenGL in the picture's way its libraries need not be loaded, half the time of a start.
+    qputenv("QT_XCB_GL_INTEGRATION", "none");
+  }
+  QApplication application(argc, argv);
+  // The engine reads and writes numbers in the C locale's form; texts for the user ask QLocale.
+  std::setlocale(LC_NUMERIC, "C");
+  QCoreApplication::setApplicationName(QStringLiteral("kestrelview"));
+  QGuiApplication::setApplicationDisplayName(QString());
+  QGuiApplication::setDesktopFileName(QStringLiteral("kestrelview"));
+  QGuiApplication::setQuitOnLastWindowClosed(false);
+
+  kv::Registry registry(folder.AppFolder() + "registry.ini");
+  kv::StartUp start_up(registry, [](int priority_class) {
+    return kv::SetProcessPriorityClass(0, priority_class);
+  });
+  start_up.Main(arguments);
+
+  kv::MessagePumpQt pump;
+  kv::TimerSourceQt time;
+  kv::TextPlatformQt text;
+  bool ended = false;
+  {
+    kv::MpvEngine engine(pump, kv::ChooseVideoPath());
+    {
+      kv::frmMain form({engine, pump, time, text, folder, start_up, trace});
+      kv::Termination termination([&form] { form.EndSession(); });
+      QObject::connect(&application, &QGuiApplication::commitDataRequest, &form,
+                       [&form](QSessionManager& session) {
+                         session.setRestartHint(QSessionManager::RestartNever);
+                         form.EndSession();
+                       });
+      kv::LinkServer server(
+          [&form](const std::string& request) { return form.Form_LinkExecute(request); });
+      int link_error = 0;
+      server.Listen(socket, link_error);
+      form.Form_Load();
+      if (link_error != 0) form.Form_LinkError(link_error);
+      QApplication::exec();
+    }
+    ended = engine.Shutdown(kShutdownMilliseconds);
+    if (!ended) {
+      // Everything is saved; what is still stuck in a library must not be torn down under its feet.
+      std::fflush(nullptr);
+      std::_Exit(EXIT_SUCCESS);
+    }
+  }
+  return EXIT_SUCCESS;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const kv::RawCommandLine arguments =
+      kv::JoinArguments(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc),
+                        WorkingFolder());
+  const kv::ProgramFolder folder(kv::AppFolderSources::OfThisProcess());
+  const std::string socket = kv::HandOverSocketPath(folder.AppFolder());
+  if (HandOverToRunningPlayer(arguments, socket)) return EXIT_SUCCESS;
+  return RunPlayer(argc, argv, arguments, folder, socket);
+}

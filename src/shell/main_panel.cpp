@@ -1,0 +1,303 @@
+#include "shell/main_panel.h"
+
+#include "controls/color_qt.h"
+#include "controls/svg_face_qt.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace kv {
+namespace {
+
+// From top to bottom; the strips fill the panel's height.
+constexpr int kLineHeight = 2;
+constexpr int kSliderTop = 3;
+constexpr int kSliderHeight = 21;
+constexpr int kDisplayTop = 26;
+constexpr int kDisplayHeight = 66;
+constexpr int kTimeTop = kDisplayTop + kDisplayHeight;
+constexpr int kTimeHeight = 18;
+constexpr int kBottomTop = kTimeTop + kTimeHeight + kLineHeight;
+constexpr int kBottomHeight = MainPanel::kFullHeight - kBottomTop;
+
+constexpr int kMargin = 8;
+constexpr int kTitlePixels = 15;
+constexpr int kDataPixels = 11;
+constexpr int kTitleHeight = 24;
+constexpr int kDataHeight = 17;
+constexpr int kSmallControlsWidth = 244;
+constexpr int kSmallRow = 21;
+constexpr int kIndicator = 16;
+constexpr int kCounterWidth = 84;
+
+// Colour slots.
+constexpr std::size_t kButtonBack = 0;
+constexpr std::size_t kGeneralBack = 1;
+constexpr std::size_t kGeneralText = 4;
+constexpr std::size_t kSeparator1 = 5;
+constexpr std::size_t kSeparator2 = 6;
+constexpr std::size_t kScrollerBack = 8;
+constexpr std::size_t kScrollerLine = 9;
+constexpr std::size_t kScrollerRange = 18;
+constexpr std::size_t kDisplayBack = 22;
+constexpr std::size_t kDisplayText = 23;
+constexpr std::size_t kDisplayCounter = 29;
+
+struct ButtonPlace {
+  int index;
+  int gap_before;  // pixels
+  const char* face;
+  const char* label;
+};
+
+// From left to right, in groups.
+constexpr std::array<ButtonPlace, kButtons> kButtonPlaces = {{
+    {0, 0, "play", "Play"},
+    {1, 0, "pause", "Pause"},
+    {2, 0, "stop", "Stop"},
+    {8, 10, "first", "First"},
+    {3, 0, "previous", "Previous"},
+    {4, 0, "next", "Next"},
+    {9, 0, "last", "Last"},
+    {5, 10, "ab_0", "A > B"},
+    {6, 0, "repeat_0", "Repeat"},
+    {10, 10, "playlist", "Playlist"},
+    {11, 0, "cycle", "Cycle plugins"},
+    {7, 0, "menu", "Menu"},
+}};
+
+struct SmallSlider {
+  SliderKind kind;
+  const char* face;
+  const char* name;  // for who cannot see the face
+  int x;             // of the face; slider and value follow it
+  int row;
+  int slider_width;
+  int label_width;
+};
+
+constexpr std::array<SmallSlider, 3> kSmallSliders = {{
+    {SliderKind::kVolume, "volume", "Volume", 6, 0, 182, 28},
+    {SliderKind::kRate, "rate", "Speed", 6, 1, 64, 28},
+    {SliderKind::kBalance, "balance", "Balance", 124, 1, 60, 30},
+}};
+
+void Paint(QWidget* widget, const QColor& back, const QColor& text) {
+  QPalette palette = widget->palette();
+  palette.setColor(QPalette::Window, back);
+  palette.setColor(QPalette::WindowText, text);
+  widget->setPalette(palette);
+  widget->setAutoFillBackground(true);
+}
+
+}  // namespace
+
+MainPanel::MainPanel(ArtFile art, MessagePump& pump, QWidget* parent)
+    : QWidget(parent), art_(std::move(art)) {
+  for (line3d*& line : sLine_) line = new line3d(this);
+  auto* position = new Scroller(this, &pump);
+  position->setAccessibleName(tr("Position"));
+  sliders_[0] = position;
+
+  display_ = new QWidget(this);
+  disp_[5] = MakeDisp(5, kTitlePixels, true);
+  disp_[1] = MakeDisp(1, kDataPixels, false);
+  disp_[2] = MakeDisp(2, kDataPixels, false);
+  ic_https_ = new QLabel(display_);
+  pic_kvr_ = new QLabel(display_);
+  ic_https_->hide();
+  pic_kvr_->hide();
+  ic_https_->setToolTip(tr("Internet connection"));
+  pic_kvr_->setToolTip(tr("Resume file"));
+  MakeSmallSliders(pump);
+
+  pic_time_ = new TimeStrip(this);
+  disp_[0] = MakeDisp(0, kDataPixels, false);
+  disp_[0]->setParent(pic_time_);
+  disp_[0]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  pic_time_->installEventFilter(this);
+  display_->installEventFilter(this);
+
+  MakeButtons();
+}
+
+QLabel* MainPanel::MakeDisp(int index, int pixels, bool bold) {
+  auto* label = new QLabel(display_);
+  label->setTextFormat(Qt::PlainText);
+  QFont font = label->font();
+  font.setPixelSize(pixels);
+  font.setBold(bold);
+  label->setFont(font);
+  label->setProperty("index", index);
+  label->installEventFilter(this);
+  return label;
+}
+
+void MainPanel::MakeSmallSliders(MessagePump& pump) {
+  small_controls_ = new QWidget(display_);
+  for (const SmallSlider& row : kSmallSliders) {
+    const auto at = static_cast<std::size_t>(row.kind);
+    sliders_[at] = new Scroller(small_controls_, &pump);
+    sliders_[at]->setAccessibleName(tr(row.name));
+    slider_faces_[at] = new QLabel(small_controls_);
+    slider_labels_[at] = new QLabel(small_controls_);
+    slider_labels_[at]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    QFont font = slider_labels_[at]->font();
+    font.setPixelSize(kDataPixels);
+    slider_labels_[at]->setFont(font);
+    slider_faces_[at]->setToolTip(tr(row.name));
+  }
+}
+
+void MainPanel::MakeButtons() {
+  bottom_ = new QWidget(this);
+  bottom_->installEventFilter(this);
+  for (const ButtonPlace& place : kButtonPlaces) {
+    auto* button = new SmartButton(bottom_);
+    button->SetLabel(tr(place.label));
+    button->SetFace(art_(place.face));
+    buttons_[static_cast<std::size_t>(place.index)] = button;
+  }
+}
+
+void MainPanel::resizeEvent(QResizeEvent* /*event*/) { LayOut(); }
+
+void MainPanel::LayOut() {
+  const int width = this->width();
+  sLine_[0]->setGeometry(0, 0, width, kLineHeight);
+  sLine_[1]->setGeometry(0, kDisplayTop - kLineHeight, width, kLineHeight);
+  sLine_[2]->setGeometry(0, kBottomTop - kLineHeight, width, kLineHeight);
+  Slider(SliderKind::kPosition).setGeometry(0, kSliderTop, width - 1, kSliderHeight);
+
+  display_->setGeometry(0, kDisplayTop, width, kDisplayHeight);
+  // The title has the whole width; below it data on the left and the small sliders on the right.
+  const int below = kDisplayHeight - kTitleHeight;
+  small_controls_->setGeometry(width - kSmallControlsWidth, kTitleHeight, kSmallControlsWidth,
+                               below);
+  const int data_width = std::max(0, width - kSmallControlsWidth - kIndicator - 2 * kMargin);
+  disp_[5]->setGeometry(kMargin, 2, width - 2 * kMargin, kTitleHeight - 2);
+  disp_[1]->setGeometry(kMargin, kTitleHeight + 2, data_width, kDataHeight);
+  disp_[2]->setGeometry(kMargin, kTitleHeight + 2 + kDataHeight, data_width, kDataHeight);
+  const QRect corner(width - kSmallControlsWidth - kIndicator - 4, kDisplayHeight - kIndicator - 4,
+                     kIndicator, kIndicator);
+  ic_https_->setGeometry(corner);
+  pic_kvr_->setGeometry(corner);
+
+  for (const SmallSlider& place : kSmallSliders) {
+    const auto at = static_cast<std::size_t>(place.kind);
+    const int y = place.row * kSmallRow;
+    const int slider_x = place.x + kIndicator + 4;
+    slider_faces_[at]->setGeometry(place.x, y + 3, kIndicator, kIndicator);
+    sliders_[at]->setGeometry(slider_x, y, place.slider_width, kSmallRow);
+    slider_labels_[at]->setGeometry(slider_x + place.slider_width, y, place.label_width, kSmallRow);
+  }
+
+  pic_time_->setGeometry(0, kTimeTop, width, kTimeHeight);
+  disp_[0]->setGeometry(width - kCounterWidth - kMargin, 0, kCounterWidth, kTimeHeight);
+
+  bottom_->setGeometry(0, kBottomTop, width, kBottomHeight);
+  int x = 3;
+  for (const ButtonPlace& place : kButtonPlaces) {
+    SmartButton& button = Button(place.index);
+    x += place.gap_before;
+    const QSize size = button.sizeHint();
+    button.setGeometry(x, (kBottomHeight - size.height()) / 2, size.width(), size.height());
+    x += size.width();
+  }
+}
+
+void MainPanel::SetDisp(int index, const QString& text) {
+  QLabel* label = index >= 0 && index < 6 ? disp_[static_cast<std::size_t>(index)] : nullptr;
+  if (label != nullptr && label->text() != text) label->setText(text);
+}
+
+void MainPanel::SetDispUnderline(int index, bool underline) {
+  QLabel* label = index >= 0 && index < 6 ? disp_[static_cast<std::size_t>(index)] : nullptr;
+  if (label == nullptr) return;
+  QFont font = label->font();
+  font.setUnderline(underline);
+  label->setFont(font);
+}
+
+void MainPanel::SetTitleToolTip(const QString& text) { disp_[5]->setToolTip(text); }
+
+void MainPanel::SetSliderLabel(SliderKind kind, const QString& text) {
+  QLabel* label = slider_labels_[static_cast<std::size_t>(kind)];
+  if (label != nullptr) label->setText(text);
+}
+
+void MainPanel::ShowConnection(const char* drawing) {
+  connection_ = drawing != nullptr ? QString::fromLatin1(drawing) : QString();
+  ic_https_->setVisible(!connection_.isEmpty());
+  if (connection_.isEmpty()) return;
+  ic_https_->setPixmap(RenderFace(art_(connection_.toLatin1().constData()), display_ink_,
+                                  QSize(kIndicator, kIndicator), devicePixelRatioF()));
+}
+
+void MainPanel::ShowResumeMark(bool visible) { pic_kvr_->setVisible(visible); }
+
+void MainPanel::SetFace(int button, const char* drawing) { Button(button).SetFace(art_(drawing)); }
+
+void MainPanel::ApplyColors(const std::array<std::int32_t, kColorSlots>& colors) {
+  const auto slot = [&](std::size_t index) { return ToQColor(colors[index], palette()); };
+  Paint(this, slot(kGeneralBack), slot(kGeneralText));
+  Paint(bottom_, slot(kGeneralBack), slot(kGeneralText));
+  Paint(display_, slot(kDisplayBack), slot(kDisplayText));
+  Paint(small_controls_, slot(kGeneralBack), slot(kGeneralText));
+  pic_time_->SetColors(slot(kDisplayBack), slot(kDisplayText));
+  for (QLabel* label : disp_) {
+    if (label != nullptr) Paint(label, slot(kDisplayBack), slot(kDisplayText));
+  }
+  Paint(disp_[0], slot(kDisplayBack), slot(kDisplayCounter));
+  for (SmartButton* button : buttons_) button->SetColors(slot(kButtonBack), slot(kGeneralText));
+  for (line3d* line : sLine_) line->SetColors(slot(kSeparator1), slot(kSeparator2));
+  for (Scroller* slider : sliders_) {
+    slider->Model().SetBackColor(colors[kScrollerBack]);
+    slider->Model().SetCenterLineColor(colors[kScrollerLine]);
+    slider->Model().SetRangeColor(colors[kScrollerRange]);
+  }
+  display_ink_ = slot(kDisplayText);
+  const QSize size(kIndicator, kIndicator);
+  for (const SmallSlider& row : kSmallSliders) {
+    slider_faces_[static_cast<std::size_t>(row.kind)]->setPixmap(
+        RenderFace(art_(row.face), slot(kGeneralText), size, devicePixelRatioF()));
+  }
+  pic_kvr_->setPixmap(RenderFace(art_("resume"), display_ink_, size, devicePixelRatioF()));
+  if (!connection_.isEmpty()) ShowConnection(connection_.toLatin1().constData());
+}
+
+int MainPanel::TitleWidth(const QString& text) const {
+  return disp_[5]->fontMetrics().horizontalAdvance(text);
+}
+
+int MainPanel::TitleLeft() const { return disp_[5]->x(); }
+
+int MainPanel::PathWidth() const { return display_->width() - 10 - small_controls_->width(); }
+
+void MainPanel::paintEvent(QPaintEvent* event) {
+  QPainter(this).fillRect(event->rect(), palette().window());
+}
+
+void MainPanel::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::RightButton && on_menu) on_menu();
+}
+
+bool MainPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::MouseButtonRelease) {
+    auto* mouse = static_cast<QMouseEvent*>(event);
+    const QVariant index = watched->property("index");
+    if (mouse->button() == Qt::RightButton && on_menu) {
+      on_menu();
+      return true;
+    }
+    if (mouse->button() == Qt::LeftButton && index.isValid() && on_disp_click) {
+      on_disp_click(index.toInt());
+      return true;
+    }
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace kv

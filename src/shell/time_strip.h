@@ -1,0 +1,39 @@
+// `PicTime`: the strip that times and stream titles are printed on, by position. Owned by the main
+// panel; interface thread only.
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <QWidget>
+
+#include <vector>
+
+namespace kv {
+
+class TimeStrip : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit TimeStrip(QWidget* parent = nullptr);
+
+  // Takes off what is printed.
+  void Cls();
+  // Prints `text` from `x` on (device-independent pixels), centred in the height.
+  void Print(int x, const QString& text);
+  void SetColors(const QColor& back, const QColor& text);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  struct Line {
+    int x;
+    QString text;
+  };
+
+  std::vector<Line> lines_;
+  QColor back_ = Qt::black;
+  QColor ink_ = Qt::white;
+};
+
+}  // namespace kv
