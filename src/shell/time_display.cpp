@@ -65,11 +65,7 @@ void TimeDisplay::PrintTime(const std::string& Position, const std::string& Dura
                             const std::string& Bytes) {
   shown_.reset();
   std::string bytes = CurrentMedium().shows_bytes ? " [" + Bytes + "]" : std::string();
-  if (printed_ == Printed::kTimes && Position == position_text_ && Duration == duration_text_ &&
-      bytes == bytes_text_) {
-    return;
-  }
-  printed_ = Printed::kTimes;
+  if (Position == position_text_ && Duration == duration_text_ && bytes == bytes_text_) return;
   position_text_ = Position;
   duration_text_ = Duration;
   bytes_text_ = std::move(bytes);
@@ -82,9 +78,10 @@ void TimeDisplay::PrintTime(const std::string& Position, const std::string& Dura
 
 void TimeDisplay::PrintTitle(const std::string& title) {
   shown_.reset();
-  if (printed_ == Printed::kTitle && title == position_text_) return;
-  printed_ = Printed::kTitle;
+  if (title == position_text_ && duration_text_.empty()) return;
   position_text_ = title;
+  duration_text_.clear();
+  bytes_text_.clear();
   view_.Cls();
   view_.Print(kPositionX, position_text_);
 }

@@ -70,8 +70,6 @@ class TimeDisplay {
     double position = 0.0;
     double duration = 0.0;
   };
-  enum class Printed { kNothing, kTimes, kTitle };
-
   const Medium& CurrentMedium();
 
   const clsDShowControl& movie_;
@@ -83,8 +81,8 @@ class TimeDisplay {
   std::optional<Medium> medium_;
   std::optional<Times> shown_;  // what the printed times were made of, when it is known
 
-  Printed printed_ = Printed::kNothing;
-  std::string position_text_;  // or the title
+  // What is printed; a title stands alone in the first place.
+  std::string position_text_;
   std::string duration_text_;
   std::string bytes_text_;
 };

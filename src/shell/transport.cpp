@@ -68,8 +68,7 @@ void Transport::Play() {
 
 void Transport::PlayFromList() {
   const int index = settings_.PlaylistIndex == 0 ? 1 : settings_.PlaylistIndex;
-  const std::string item =
-      index <= navigation_.PlaylistCount() ? navigation_.PlaylistItem(index) : std::string();
+  const std::string item = navigation_.PlaylistItem(index);
   if (item.empty()) {
     menu_.RunMenuCommand("mOpen");
     return;

@@ -17,11 +17,10 @@
 
 namespace kv {
 
-// The playlist and the steps through it. Indexes count from 1.
+// The playlist and the steps through it. Indexes count from 1 to the length of the list.
 class TransportNavigation {
  public:
   virtual ~TransportNavigation() = default;
-  virtual int PlaylistCount() const = 0;
   // Empty for an index outside the list.
   virtual std::string PlaylistItem(int index) const = 0;
   virtual void PlaylistSetPrevious(bool to_first, bool immediate) = 0;

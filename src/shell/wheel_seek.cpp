@@ -25,9 +25,7 @@ void WheelSeek::WheelMove(bool Direction, int Mode) {
 }
 
 void WheelSeek::StepVolume(bool down) {
-  const double value = volume_.Value();
-  if (down && value > volume_.Min()) volume_.SetValue(value - 1);
-  if (!down && value < volume_.Max()) volume_.SetValue(value + 1);
+  volume_.SetValue(volume_.Value() + (down ? -1 : 1));  // which keeps within its ends
 }
 
 void WheelSeek::StepPosition(bool back, int mode) {
@@ -45,20 +43,12 @@ void WheelSeek::StepPosition(bool back, int mode) {
     const double frame = movie_.DS_GetAvgTimePerFrame();
     step = frame > 0.0 ? frame : kFrameWithoutPicture;
   }
-  const double position = movie_.DS_GetPosition();
-  const double duration = movie_.DS_GetDuration();
-  double target = position + step;
-  if (back) {
-    target = position - step >= 0.0 ? position - step : 0.0;
-  } else if (target > duration) {
-    target = duration;
-  }
-  movie_.DS_SetPosition(target);
+  movie_.DS_SetPosition(movie_.DS_GetPosition() + (back ? -step : step));  // within the medium
 }
 
 void WheelSeek::KeyUp(int KeyCode) {
   if (KeyCode != kShiftKeyCode && KeyCode != kCtrlKeyCode) return;
-  if (wheel_seeking_ && wheel_resume_) movie_.DS_Play();
+  if (wheel_resume_) movie_.DS_Play();
   wheel_seeking_ = false;
   wheel_resume_ = false;
 }

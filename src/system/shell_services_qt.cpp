@@ -9,12 +9,11 @@
 #include <QDesktopServices>
 #include <QEventLoop>
 #include <QFile>
-#include <QMetaObject>
+#include <QPointer>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
 
-#include <memory>
 #include <optional>
 #include <sys/stat.h>
 #include <utility>
@@ -78,7 +77,12 @@ std::optional<WaveSound> LoadSound(const std::string& file) {
 
 }  // namespace
 
-ShellServicesQt::ShellServicesQt(Dialogs& dialogs) : dialogs_(dialogs) {}
+ShellServicesQt::ShellServicesQt(Dialogs& dialogs) : dialogs_(dialogs) {
+  qRegisterMetaType<SoundOutcome>();
+  QObject::connect(
+      &reports_, &SoundReports::Done, &reports_,
+      [this](int call, SoundOutcome outcome) { SoundDone(call, outcome); }, Qt::QueuedConnection);
+}
 
 int ShellServicesQt::SendToRecycleBin(const std::string& path, bool confirm, bool silent) {
   if (!Exists(path)) return kNotFound;
@@ -117,32 +121,28 @@ void ShellServicesQt::PlaySoundEx(const std::string& file, bool wait, bool loop,
   std::optional<WaveSound> sound = LoadSound(file);
   const bool beep = !sound && !no_default;
 
-  // Looked at on this thread only. The sound's thread merely carries it, and may be the last to
-  // let go of it.
-  struct Call {
-    QEventLoop* waiting = nullptr;
-  };
-  const auto call = std::make_shared<Call>();
+  const int number = ++last_call_;
+  calls_[number].beep = beep;
   player_.Start(std::move(sound).value_or(WaveSound()), loop && !wait,
-                [this, call, beep](SoundOutcome outcome) {
-                  const auto report = [this, call, beep, outcome] {
-                    if (call->waiting != nullptr) call->waiting->quit();
-                    SoundDone(outcome, beep);
-                  };
-                  QMetaObject::invokeMethod(&receiver_, report, Qt::QueuedConnection);
-                });
+                [this, number](SoundOutcome outcome) { Q_EMIT reports_.Done(number, outcome); });
   if (!wait) return;
   QEventLoop until_done;
-  call->waiting = &until_done;
+  calls_[number].waiting = &until_done;
+  const QPointer<SoundReports> alive(&reports_);
   until_done.exec();
-  call->waiting = nullptr;
+  // The loop also ends when the program does, with the sound still playing.
+  if (alive.isNull()) return;
+  if (const auto call = calls_.find(number); call != calls_.end()) call->second.waiting = nullptr;
 }
 
-void ShellServicesQt::SoundDone(SoundOutcome outcome, bool beep) {
+void ShellServicesQt::SoundDone(int call, SoundOutcome outcome) {
+  const auto entry = calls_.extract(call);
+  if (entry.empty()) return;
+  if (entry.mapped().waiting != nullptr) entry.mapped().waiting->quit();
   if (outcome == SoundOutcome::kNoOutput) {
     dialogs_.ShowMessageBox(
         {"Unable to init SOUND-DECVICE", BoxIcon::kExclamation, BoxButtons::kOk, ""});
-  } else if (outcome == SoundOutcome::kEnded && beep) {
+  } else if (outcome == SoundOutcome::kEnded && entry.mapped().beep) {
     QApplication::beep();
   }
 }

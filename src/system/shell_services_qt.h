@@ -9,7 +9,19 @@
 
 #include <QObject>
 
+#include <map>
+
+class QEventLoop;
+
 namespace kv {
+
+// Carries the end of a sound from its thread to the interface thread.
+class SoundReports : public QObject {
+  Q_OBJECT
+ public:
+  // `call` is the number of the PlaySoundEx call.
+  Q_SIGNAL void Done(int call, kv::SoundOutcome outcome);
+};
 
 class ShellServicesQt : public ShellServices {
  public:
@@ -23,11 +35,18 @@ class ShellServicesQt : public ShellServices {
                    bool no_default) override;
 
  private:
-  void SoundDone(SoundOutcome outcome, bool beep);
+  struct SoundCall {
+    bool beep = false;              // the file was missing: the default sound instead
+    QEventLoop* waiting = nullptr;  // ends with the sound
+  };
+
+  void SoundDone(int call, SoundOutcome outcome);
 
   Dialogs& dialogs_;
-  QObject receiver_;  // of what the sound's thread reports; goes after the player
-  SoundPlayer player_;
+  std::map<int, SoundCall> calls_;  // that have not been reported done
+  int last_call_ = 0;
+  SoundReports reports_;
+  SoundPlayer player_;  // ends its thread before the reports go
 };
 
 }  // namespace kv

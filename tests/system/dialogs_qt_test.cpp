@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTimer>
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -18,12 +19,15 @@ namespace {
 // Does `action` to the dialog of type T as soon as it is open.
 template <typename T>
 void WhenOpen(std::function<void(T&)> action) {
-  const auto act = [action = std::move(action)] {
+  auto* const timer = new QTimer(qApp);
+  QObject::connect(timer, &QTimer::timeout, timer, [timer, action = std::move(action)] {
+    timer->deleteLater();
+    timer->stop();
     auto* const dialog = qobject_cast<T*>(QApplication::activeModalWidget());
     ASSERT_NE(dialog, nullptr);
     action(*dialog);
-  };
-  QMetaObject::invokeMethod(qApp, act, Qt::QueuedConnection);
+  });
+  timer->start(0);
 }
 
 TEST(DialogsQt, BoxesAnswerAndShowPlainText) {
