@@ -7,9 +7,11 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QFile>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -173,6 +175,20 @@ void frmMain::PlaceWindow() {
   if (IsOn(settings_.RememberWindowPos)) {
     move(ToPixels(settings_.WindowLeft), ToPixels(settings_.WindowTop));
   }
+  KeepOnScreen();
+}
+
+// A screen that has gone, or is smaller now, must not keep the window out of sight.
+void frmMain::KeepOnScreen() {
+  const QScreen* screen = QGuiApplication::screenAt(geometry().center());
+  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return;
+  const QRect room = screen->availableGeometry();
+  const QSize size = this->size().boundedTo(room.size()).expandedTo(minimumSize());
+  if (size != this->size()) resize(size);
+  const QPoint corner(std::clamp(x(), room.left(), std::max(room.left(), room.right() - size.width())),
+                      std::clamp(y(), room.top(), std::max(room.top(), room.bottom() - size.height())));
+  if (corner != pos()) move(corner);
 }
 
 void frmMain::OnTimer(MainTimer timer) {

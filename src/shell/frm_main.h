@@ -98,6 +98,7 @@ class frmMain : public QWidget,
   void ReadFileSupport();
   void RefreshColors();
   void PlaceWindow();
+  void KeepOnScreen();
   void Form_Unload();
   void OnTimer(MainTimer timer);
   void FadeIn();

@@ -180,6 +180,8 @@ void MainPanel::LayOut() {
   disp_[5]->setGeometry(kMargin, 2, width - 2 * kMargin, kTitleHeight - 2);
   disp_[1]->setGeometry(kMargin, kTitleHeight + 2, data_width, kDataHeight);
   disp_[2]->setGeometry(kMargin, kTitleHeight + 2 + kDataHeight, data_width, kDataHeight);
+  ElideDisp(1);
+  ElideDisp(2);
   const QRect corner(width - kSmallControlsWidth - kIndicator - 4, kDisplayHeight - kIndicator - 4,
                      kIndicator, kIndicator);
   ic_https_->setGeometry(corner);
@@ -210,7 +212,20 @@ void MainPanel::LayOut() {
 
 void MainPanel::SetDisp(int index, const QString& text) {
   QLabel* label = index >= 0 && index < 6 ? disp_[static_cast<std::size_t>(index)] : nullptr;
-  if (label != nullptr && label->text() != text) label->setText(text);
+  if (label == nullptr) return;
+  disp_texts_[static_cast<std::size_t>(index)] = text;
+  ElideDisp(index);
+}
+
+// The lines of data lose their end where they do not fit; the title is fitted by whoever sets it.
+void MainPanel::ElideDisp(int index) {
+  QLabel* label = disp_[static_cast<std::size_t>(index)];
+  const QString& text = disp_texts_[static_cast<std::size_t>(index)];
+  const bool data_line = index == 1 || index == 2;
+  const QString shown =
+      data_line ? label->fontMetrics().elidedText(text, Qt::ElideRight, label->width()) : text;
+  if (label->text() != shown) label->setText(shown);
+  if (data_line) label->setToolTip(shown != text ? text : QString());
 }
 
 void MainPanel::SetDispUnderline(int index, bool underline) {

@@ -77,6 +77,7 @@ class MainPanel : public QWidget {
   void MakeSmallSliders(MessagePump& pump);
   void MakeButtons();
   void LayOut();
+  void ElideDisp(int index);
 
   ArtFile art_;
   std::array<Scroller*, 4> sliders_{};
@@ -89,6 +90,7 @@ class MainPanel : public QWidget {
   QWidget* bottom_ = nullptr;          // `BottonPanel`
   TimeStrip* pic_time_ = nullptr;
   std::array<QLabel*, 6> disp_{};  // by index; 3 and 4 do not exist
+  std::array<QString, 6> disp_texts_;  // in full
   QLabel* ic_https_ = nullptr;
   QLabel* pic_kvr_ = nullptr;
   QString connection_;

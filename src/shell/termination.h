@@ -1,10 +1,11 @@
 // Turns the signals that ask a process to end into a call on the interface thread.
 //
-// SIGTERM, SIGHUP and SIGINT. One object at a time; owned by the program's entry.
+// SIGTERM, SIGHUP and SIGINT. At most one object at a time; owned by the program's entry.
 #pragma once
 
 #include <QSocketNotifier>
 
+#include <array>
 #include <functional>
 #include <memory>
 
@@ -19,7 +20,7 @@ class Termination {
   Termination& operator=(const Termination&) = delete;
 
  private:
-  int descriptor_ = -1;
+  std::array<int, 2> pipe_{-1, -1};
   std::unique_ptr<QSocketNotifier> notifier_;
 };
 

@@ -7,7 +7,7 @@ namespace {
 
 constexpr int kFontPixels = 11;
 // Eleven digits and points must fit between two print positions, 64 pixels apart.
-constexpr int kFontStretch = 90;
+constexpr int kFontStretch = 85;
 
 }  // namespace
 
