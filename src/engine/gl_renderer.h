@@ -38,7 +38,8 @@ class GlRenderer : public VideoRenderer {
   void Discard() override;
   void Stop() override;
 
-  // The texture of the newest picture, 0 before the first; its origin is at the bottom left. It
+  // The texture of the newest picture, 0 before the first; its first row is the
+  // picture's top. It
   // stays untouched until the next call. Interface thread, with a shared context current.
   unsigned TakeTexture();
 

@@ -70,7 +70,7 @@ class GlCanvas : public QOpenGLWidget {
     blitter_.bind();
     const QRect whole(QPoint(), size());
     blitter_.blit(texture, QOpenGLTextureBlitter::targetTransform(QRectF(whole), whole),
-                  QOpenGLTextureBlitter::OriginBottomLeft);
+                  QOpenGLTextureBlitter::OriginTopLeft);
     blitter_.release();
     on_painted_();
   }
