@@ -110,16 +110,19 @@ void frmMain::Form_Load() {
   // A stray call while the program goes down must not bring the form up again.
   if (session_.Unloading) return;
   run_once_.Clear();
+  QGuiApplication::setWindowIcon(QIcon(ArtFrom(parts_.folder)("kestrelview")));
   ReadFileSupport();
   hand_over_.ReadCommandLine(parts_.start_up.CommandLine());
+  // A box can stand long enough for the login session to end meanwhile.
+  if (session_.Unloading) return;
   session_.StartingUp = true;
   BaseCaption_ = std::string(kAppTitle) + " " + std::to_string(KV_VERSION_MAJOR);
   setWindowTitle(QString::fromStdString(BaseCaption_));
-  setWindowIcon(QIcon(ArtFrom(parts_.folder)("kestrelview")));
   panel_height_ = 1;
   sliders_.Configure();
   sliders_.Connect();
   settings_life_.LoadSettings();
+  if (session_.Unloading) return;
   BuildMenu();
   RefreshColors();
   transport_.SetRepeatButtonColor();

@@ -75,6 +75,9 @@ class frmMain : public QWidget,
   // first medium.
   void Form_Load();
 
+  // True once the program goes down, which can begin inside `Form_Load`.
+  bool Ended() const { return session_.Unloading; }
+
   // Another start asks for a file; false when it is refused.
   bool Form_LinkExecute(const std::string& CmdStr) { return hand_over_.Form_LinkExecute(CmdStr); }
   void Form_LinkError(int LinkErr) { hand_over_.Form_LinkError(LinkErr); }

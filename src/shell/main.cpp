@@ -90,8 +90,8 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
       int link_error = 0;
       server.Listen(socket, link_error);
       form.Form_Load();
-      if (link_error != 0) form.Form_LinkError(link_error);
-      QApplication::exec();
+      if (link_error != 0 && !form.Ended()) form.Form_LinkError(link_error);
+      if (!form.Ended()) QApplication::exec();
     }
     ended = engine.Shutdown(kShutdownMilliseconds);
     if (!ended) {

@@ -213,7 +213,12 @@ void MainPanel::LayOut() {
 void MainPanel::SetDisp(int index, const QString& text) {
   QLabel* label = index >= 0 && index < 6 ? disp_[static_cast<std::size_t>(index)] : nullptr;
   if (label == nullptr) return;
-  disp_texts_[static_cast<std::size_t>(index)] = text;
+  // A file's name may hold anything; a label has one line.
+  QString line = text;
+  for (QChar& c : line) {
+    if (c.category() == QChar::Other_Control) c = QChar::Space;
+  }
+  disp_texts_[static_cast<std::size_t>(index)] = line;
   ElideDisp(index);
 }
 
