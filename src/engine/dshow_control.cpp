@@ -32,36 +32,47 @@ void clsDShowControl::PutWindow(int Top, int Left, int Width, int Height, Window
 
 bool clsDShowControl::DS_OpenFile(const std::string& File, int Top, int Left, int Width, int Height,
                                   WindowHandle Hwnd) {
+  // Whoever opens or releases inside one of the pumps below has the last word.
+  std::uint64_t released = released_;
   if (events_ != nullptr) events_->Movie_PrepareMedia(File);
-  DS_Remove();
-  pump_.PumpOnce();
-  pump_.PumpOnce();
+  if (released == released_) {
+    DS_Remove();
+    released = released_;
+    pump_.PumpOnce();
+    pump_.PumpOnce();
+  }
+  const bool rendered =
+      released == released_ && BuildGraph(File, Top, Left, Width, Height, Hwnd);
+  if (events_ != nullptr) events_->Movie_PrepareMediaFinish(File);
+  return rendered;
+}
 
-  // Held here as well: an open or a release inside the pump below may let go of the field.
+bool clsDShowControl::BuildGraph(const std::string& File, int Top, int Left, int Width, int Height,
+                                 WindowHandle Hwnd) {
+  const std::uint64_t released = released_;
+  // Held here as well: a release inside the pump of `RenderFile` lets go of the field.
   const std::shared_ptr<FilterGraph> graph = factory_.CreateGraph();
   Control = graph;
   CurFile = File;
   const bool rendered = graph->RenderFile(File);
-  const bool overtaken = Control != graph;
-  if (!overtaken) {
-    if (!rendered) CurFile.clear();
-    Running = false;
-    graph->put_Volume(kFullVolume);
-    graph->put_Balance(0);
-    graph->put_Owner(Hwnd);
-    graph->put_WindowStyle(kWindowVisible);
-    PutWindow(Top, Left, Width, Height, Hwnd);
-    graph->put_Rate(1.0);
-    Duration = graph->get_Duration().value_or(0.0);
-    Paused = false;
-    Open = true;
-    pump_.PumpOnce();
-  }
-  if (events_ != nullptr) events_->Movie_PrepareMediaFinish(File);
-  return rendered && !overtaken;
+  if (released != released_) return false;
+  if (!rendered) CurFile.clear();
+  Running = false;
+  graph->put_Volume(kFullVolume);
+  graph->put_Balance(0);
+  graph->put_Owner(Hwnd);
+  graph->put_WindowStyle(kWindowVisible);
+  PutWindow(Top, Left, Width, Height, Hwnd);
+  graph->put_Rate(1.0);
+  Duration = graph->get_Duration().value_or(0.0);
+  Paused = false;
+  Open = true;
+  pump_.PumpOnce();
+  return rendered && released == released_;
 }
 
 void clsDShowControl::DS_Remove() {
+  ++released_;
   Duration = 0.0;
   Paused = false;
   Open = false;

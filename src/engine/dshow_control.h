@@ -105,11 +105,14 @@ class clsDShowControl {
 
  private:
   void RaisePlayState(PlayState state);
+  bool BuildGraph(const std::string& File, int Top, int Left, int Width, int Height,
+                  WindowHandle Hwnd);
   void PutWindow(int Top, int Left, int Width, int Height, WindowHandle Hwnd);
 
   GraphFactory& factory_;
   MessagePump& pump_;
   Events* events_ = nullptr;
+  std::uint64_t released_ = 0;  // how often a graph was let go of
 
   int StoredVolume = 0;
   double Duration = 0.0;  // as cached by the open

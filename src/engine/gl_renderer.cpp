@@ -1,5 +1,7 @@
 #include "engine/gl_renderer.h"
 
+#include "engine/mpv_library.h"
+
 #include <QGuiApplication>
 #include <QOpenGLFunctions>
 #include <QThread>
@@ -37,7 +39,7 @@ GlRenderer::GlRenderer(mpv_handle* core) {
         parameters[2] = {MPV_RENDER_PARAM_X11_DISPLAY, x11->display()};
       }
 #endif
-      return mpv_render_context_create(&context_, core, parameters) >= 0;
+      return Mpv().render_context_create(&context_, core, parameters) >= 0;
     }();
     {
       const std::lock_guard lock(ready_mutex);
@@ -47,7 +49,7 @@ GlRenderer::GlRenderer(mpv_handle* core) {
     }
     if (made) Work();
     for (auto& buffer : buffers_) buffer.reset();
-    if (context_ != nullptr) mpv_render_context_free(context_);
+    if (context_ != nullptr) Mpv().render_context_free(context_);
     context_ = nullptr;
     gl_.reset();
   });
@@ -110,7 +112,7 @@ unsigned GlRenderer::TakeTexture() {
 }
 
 void GlRenderer::Work() {
-  mpv_render_context_set_update_callback(context_, &GlRenderer::OnUpdate, this);
+  Mpv().render_context_set_update_callback(context_, &GlRenderer::OnUpdate, this);
   while (true) {
     QSize size;
     bool redraw = false;
@@ -122,7 +124,7 @@ void GlRenderer::Work() {
       update_ = redraw_ = false;
       size = target_;
     }
-    const bool frame = (mpv_render_context_update(context_) & MPV_RENDER_UPDATE_FRAME) != 0;
+    const bool frame = (Mpv().render_context_update(context_) & MPV_RENDER_UPDATE_FRAME) != 0;
     if (!frame && !redraw) continue;
     if (frame) {
       const std::lock_guard lock(mutex_);
@@ -137,7 +139,7 @@ void GlRenderer::Work() {
     fresh_ = has_picture_ = has_frame_;
     if (listener_ && fresh_) listener_();
   }
-  mpv_render_context_set_update_callback(context_, nullptr, nullptr);
+  Mpv().render_context_set_update_callback(context_, nullptr, nullptr);
 }
 
 void GlRenderer::Render(QSize size, bool visible) {
@@ -150,7 +152,7 @@ void GlRenderer::Render(QSize size, bool visible) {
   mpv_render_param parameters[] = {{MPV_RENDER_PARAM_OPENGL_FBO, &target},
                                    {MPV_RENDER_PARAM_SKIP_RENDERING, &skip},
                                    {MPV_RENDER_PARAM_INVALID, nullptr}};
-  mpv_render_context_render(context_, parameters);
+  Mpv().render_context_render(context_, parameters);
   // Another context reads the texture next: the picture must be complete, not only queued.
   if (visible) gl_->functions()->glFinish();
 }

@@ -1,5 +1,7 @@
 #include "engine/mpv_core.h"
 
+#include "engine/mpv_library.h"
+
 #include <array>
 #include <thread>
 #include <vector>
@@ -30,6 +32,7 @@ constexpr std::array kOptions = {
     Option{"keepaspect", "no"},        // the player's own scaling rules decide the rectangle
     Option{"audio-display", "no"},     // a cover picture does not make a song a video
     Option{"cover-art-auto", "no"},
+    Option{"ao", "null"},  // until it is known which sound outputs there are
     Option{"audio-fallback-to-null", "yes"},
     Option{"audio-client-name", "Kestrelview"},
     Option{"hr-seek", "yes"},          // A > B loops and frame steps are exact
@@ -45,24 +48,28 @@ constexpr std::array kOptions = {
 
 }  // namespace
 
-MpvCore::MpvCore(const std::string& outputs, bool hardware_decoding) : handle_(mpv_create()) {
-  if (handle_ == nullptr) return;
-  for (const Option& option : kOptions) mpv_set_option_string(handle_, option.name, option.value);
-  mpv_set_option_string(handle_, "ao", outputs.c_str());
-  mpv_set_option_string(handle_, "hwdec", hardware_decoding ? "auto-safe" : "no");
-  if (mpv_initialize(handle_) < 0) {
-    mpv_destroy(handle_);
-    handle_ = nullptr;
-    return;
+mpv_handle* MpvCore::CreateHandle(bool hardware_decoding) {
+  if (!Mpv().loaded) return nullptr;
+  mpv_handle* handle = Mpv().create();
+  if (handle == nullptr) return nullptr;
+  for (const Option& option : kOptions) {
+    Mpv().set_option_string(handle, option.name, option.value);
   }
-  mpv_set_wakeup_callback(handle_, &MpvCore::OnWakeup, this);
+  Mpv().set_option_string(handle, "hwdec", hardware_decoding ? "auto-safe" : "no");
+  if (Mpv().initialize(handle) >= 0) return handle;
+  Mpv().destroy(handle);
+  return nullptr;
+}
+
+MpvCore::MpvCore(mpv_handle* handle) : handle_(handle) {
+  if (handle_ != nullptr) Mpv().set_wakeup_callback(handle_, &MpvCore::OnWakeup, this);
 }
 
 MpvCore::~MpvCore() {
   if (handle_ == nullptr) return;
-  mpv_set_wakeup_callback(handle_, nullptr, nullptr);
+  Mpv().set_wakeup_callback(handle_, nullptr, nullptr);
   if (renderer_) renderer_->Stop();
-  mpv_terminate_destroy(handle_);
+  Mpv().terminate_destroy(handle_);
 }
 
 void MpvCore::OnWakeup(void* self) {
@@ -76,7 +83,7 @@ void MpvCore::HandleEvents(double seconds) {
   wakeup_pending_ = false;
   if (handle_ == nullptr) return;
   while (true) {
-    const mpv_event* event = mpv_wait_event(handle_, seconds);
+    const mpv_event* event = Mpv().wait_event(handle_, seconds);
     if (event->event_id == MPV_EVENT_NONE) return;
     seconds = 0.0;
     if (listener_ != nullptr) listener_->OnMpvEvent(*event);
@@ -87,7 +94,7 @@ std::uint64_t MpvCore::Command(std::initializer_list<const char*> words) {
   std::vector<const char*> list(words);
   list.push_back(nullptr);
   ++last_request_;
-  if (handle_ != nullptr) mpv_command_async(handle_, last_request_, list.data());
+  if (handle_ != nullptr) Mpv().command_async(handle_, last_request_, list.data());
   return last_request_;
 }
 
@@ -95,7 +102,7 @@ std::uint64_t MpvCore::SetFlag(const char* name, bool value) {
   int flag = value ? 1 : 0;
   ++last_request_;
   if (handle_ != nullptr) {
-    mpv_set_property_async(handle_, last_request_, name, MPV_FORMAT_FLAG, &flag);
+    Mpv().set_property_async(handle_, last_request_, name, MPV_FORMAT_FLAG, &flag);
   }
   return last_request_;
 }
@@ -103,7 +110,7 @@ std::uint64_t MpvCore::SetFlag(const char* name, bool value) {
 std::uint64_t MpvCore::SetDouble(const char* name, double value) {
   ++last_request_;
   if (handle_ != nullptr) {
-    mpv_set_property_async(handle_, last_request_, name, MPV_FORMAT_DOUBLE, &value);
+    Mpv().set_property_async(handle_, last_request_, name, MPV_FORMAT_DOUBLE, &value);
   }
   return last_request_;
 }
@@ -112,14 +119,14 @@ std::uint64_t MpvCore::SetText(const char* name, const std::string& value) {
   const char* text = value.c_str();
   ++last_request_;
   if (handle_ != nullptr) {
-    mpv_set_property_async(handle_, last_request_, name, MPV_FORMAT_STRING, &text);
+    Mpv().set_property_async(handle_, last_request_, name, MPV_FORMAT_STRING, &text);
   }
   return last_request_;
 }
 
 std::uint64_t MpvCore::Ask(const char* name, mpv_format format) {
   ++last_request_;
-  if (handle_ != nullptr) mpv_get_property_async(handle_, last_request_, name, format);
+  if (handle_ != nullptr) Mpv().get_property_async(handle_, last_request_, name, format);
   return last_request_;
 }
 
@@ -130,7 +137,7 @@ std::shared_ptr<std::atomic<bool>> MpvCore::Retire(std::unique_ptr<MpvCore> core
     return done;
   }
   core->SetListener(nullptr);
-  if (core->handle_ != nullptr) mpv_set_wakeup_callback(core->handle_, nullptr, nullptr);
+  if (core->handle_ != nullptr) Mpv().set_wakeup_callback(core->handle_, nullptr, nullptr);
   // The queue must hold nothing for an object that ends on another thread.
   core->moveToThread(nullptr);
   std::thread([core = std::move(core), done]() mutable {

@@ -30,9 +30,13 @@ class MpvCore : public QObject {
     virtual void OnMpvEvent(const mpv_event& event) = 0;
   };
 
-  // `outputs` names the sound outputs to try, see sound_probe.h; `hardware_decoding` whether the
-  // renderer can take pictures that stay on the graphics card.
-  MpvCore(const std::string& outputs, bool hardware_decoding);
+  // A core with the player's options, null when libmpv cannot be started. `hardware_decoding`: the
+  // renderer can take pictures that stay on the graphics card. No sound output is opened until the
+  // property "ao" names one. Takes a while; any thread.
+  static mpv_handle* CreateHandle(bool hardware_decoding);
+
+  // Takes `handle` over; it may be null.
+  explicit MpvCore(mpv_handle* handle);
   // Waits for the core to end, which can take as long as the core is stuck in what it does; see
   // `Retire`.
   ~MpvCore() override;

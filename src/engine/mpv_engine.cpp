@@ -6,7 +6,9 @@
 #include <thread>
 
 #include "engine/audio_levels.h"
+#include "engine/media_gate.h"
 #include "engine/mpv_graph.h"
+#include "engine/mpv_library.h"
 
 namespace kv {
 namespace {
@@ -50,34 +52,44 @@ std::string Number(double value) {
 
 MpvEngine::MpvEngine(MessagePump& pump, VideoPath path)
     : pump_(pump), video_(std::make_unique<VideoOutput>(path)) {
-  MakeCore();
+  const bool hardware = path == VideoPath::kHardware;
+  first_handle_ = std::async(std::launch::async,
+                             [hardware] { return MpvCore::CreateHandle(hardware); });
   unload_.setSingleShot(true);
   QObject::connect(&unload_, &QTimer::timeout, [this] { core_->Command({"stop"}); });
 }
 
 MpvEngine::~MpvEngine() { Shutdown(0); }
 
-void MpvEngine::MakeCore() {
-  core_ = std::make_unique<MpvCore>(outputs_, video_->Path() == VideoPath::kHardware);
+bool MpvEngine::HandleReady() const {
+  return first_handle_.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+}
+
+void MpvEngine::MakeCore(mpv_handle* handle) {
+  core_ = std::make_unique<MpvCore>(handle);
+  outputs_ = "null";
   balance_filter_ = false;
   if (!core_->Valid()) return;
   std::uint64_t id = 0;
   for (const Observed& property : kObserved) {
-    mpv_observe_property(core_->Handle(), ++id, property.name, property.format);
+    Mpv().observe_property(core_->Handle(), ++id, property.name, property.format);
   }
   // Called before the core opens any medium, which is where one that we did not ask for is stopped.
-  mpv_hook_add(core_->Handle(), 0, "on_load", 0);
+  Mpv().hook_add(core_->Handle(), 0, "on_load", 0);
   core_->SetRenderer(video_->Attach(core_->Handle()));
 }
 
 void MpvEngine::ReplaceCore() {
   MpvCore::Retire(std::move(core_));
-  MakeCore();
+  MakeCore(MpvCore::CreateHandle(video_->Path() == VideoPath::kHardware));
+  ApplySoundOutputs();
   core_->SetListener(current_);
 }
 
 bool MpvEngine::Shutdown(int milliseconds) {
   unload_.stop();
+  expected_.reset();
+  if (first_handle_.valid()) MakeCore(first_handle_.get());
   if (!core_) return true;
   core_->Command({"stop"});
   const auto ended = MpvCore::Retire(std::move(core_));
@@ -92,19 +104,60 @@ std::shared_ptr<FilterGraph> MpvEngine::CreateGraph() { return std::make_shared<
 
 void MpvEngine::Claim(MpvGraph& graph) {
   current_ = &graph;
+  while (first_handle_.valid() && !HandleReady()) {
+    pump_.WaitAndPump(kProbePollMilliseconds);
+    if (current_ != &graph) return;
+  }
+  if (first_handle_.valid()) MakeCore(first_handle_.get());
   core_->SetListener(&graph);
   while (probe_.Result() == SoundServer::kUnknown && current_ == &graph) {
     pump_.WaitAndPump(kProbePollMilliseconds);
   }
   if (current_ != &graph) return;
   unload_.stop();
-  const std::string outputs = SoundOutputs(probe_.Result());
-  if (outputs != outputs_) {
-    outputs_ = outputs;
-    core_->SetText("ao", outputs_);
-  }
+  ApplySoundOutputs();
   // A server that did not answer now may answer when the next medium is opened.
   if (probe_.Result() != SoundServer::kAnswers) probe_ = SoundProbe();
+}
+
+void MpvEngine::Expect(const std::string& target) {
+  if (core_ || current_ != nullptr) return;
+  expected_target_ = target;
+  // Looks again until the core has been made; an open that comes first makes this idle.
+  auto* again = new QTimer(video_.get());
+  QObject::connect(again, &QTimer::timeout, again, [this, again] {
+    if (current_ == nullptr && !expected_target_.empty() && !core_) {
+      if (!HandleReady() || probe_.Result() == SoundServer::kUnknown) return;
+      BeginExpected();
+    }
+    again->deleteLater();
+  });
+  again->start(kProbePollMilliseconds);
+}
+
+void MpvEngine::BeginExpected() {
+  MakeCore(first_handle_.get());
+  const GateVerdict verdict = CheckMedium(expected_target_);
+  if (!verdict.allowed || verdict.remote || !core_->Valid()) return;
+  ApplySoundOutputs();
+  expected_ = std::make_unique<MpvGraph>(*this);
+  core_->SetListener(expected_.get());
+  expected_->StartLoading(verdict.target, false);
+}
+
+std::optional<MpvGraphState> MpvEngine::TakeExpected(const std::string& target) {
+  std::optional<MpvGraphState> state;
+  if (expected_ && target == expected_target_) state = expected_->State();
+  expected_.reset();
+  expected_target_.clear();
+  return state;
+}
+
+void MpvEngine::ApplySoundOutputs() {
+  const std::string outputs = SoundOutputs(probe_.Result());
+  if (outputs == outputs_) return;
+  outputs_ = outputs;
+  core_->SetText("ao", outputs_);
 }
 
 void MpvEngine::Release(MpvGraph& graph, bool at_once) {

@@ -9,7 +9,9 @@
 #include <QTimer>
 
 #include <atomic>
+#include <future>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "engine/filter_graph.h"
@@ -21,6 +23,7 @@
 namespace kv {
 
 class MpvGraph;
+struct MpvGraphState;
 
 class MpvEngine : public GraphFactory {
  public:
@@ -31,6 +34,10 @@ class MpvEngine : public GraphFactory {
   MpvEngine& operator=(const MpvEngine&) = delete;
 
   std::shared_ptr<FilterGraph> CreateGraph() override;
+
+  // Says that `target` will be rendered in a moment. If the engine is idle, the medium begins to
+  // load as soon as there is a core, unseen and unheard, and `RenderFile` takes that load over.
+  void Expect(const std::string& target);
 
   VideoOutput& Video() { return *video_; }
 
@@ -43,12 +50,15 @@ class MpvEngine : public GraphFactory {
 
   // The graph that the core works for; null when another one has taken it.
   bool IsCurrent(const MpvGraph& graph) const { return current_ == &graph; }
-  // Lends the core to `graph`. Pumps until it is known whether the sound server answers.
+  // Lends the core to `graph`. Pumps until there is one and it is known whether the sound server
+  // answers.
   void Claim(MpvGraph& graph);
   // Lets go of what `graph` plays: silent and dark at once, unloaded soon after unless another
   // medium follows, since following directly spares the sound output. `at_once` unloads now.
   void Release(MpvGraph& graph, bool at_once);
   void ReplaceCore();
+  // The state of the load that `Expect` has begun of `target`; nothing if there is none.
+  std::optional<MpvGraphState> TakeExpected(const std::string& target);
   MpvCore& Core() { return *core_; }
   MessagePump& Pump() { return pump_; }
 
@@ -56,13 +66,20 @@ class MpvEngine : public GraphFactory {
   void SetBalance(int balance);
   void ResetBalance();
 
-  void MakeCore();
+  void MakeCore(mpv_handle* handle);
+  bool HandleReady() const;
+  void BeginExpected();
+  // Tells the core which sound outputs there are, if it was told otherwise.
+  void ApplySoundOutputs();
 
   MessagePump& pump_;
   SoundProbe probe_;
   std::unique_ptr<VideoOutput> video_;
+  std::future<mpv_handle*> first_handle_;  // being made while the window comes up
   std::unique_ptr<MpvCore> core_;
   MpvGraph* current_ = nullptr;
+  std::string expected_target_;
+  std::unique_ptr<MpvGraph> expected_;  // the load of it, once begun
   std::string outputs_ = "null";  // the sound outputs that the core was told to try
   bool balance_filter_ = false;
   QTimer unload_;

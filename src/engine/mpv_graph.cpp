@@ -12,6 +12,7 @@
 #include "engine/audio_levels.h"
 #include "engine/media_gate.h"
 #include "engine/mpv_engine.h"
+#include "engine/mpv_library.h"
 
 namespace kv {
 namespace {
@@ -75,7 +76,11 @@ bool MpvGraph::RenderFile(const std::string& target) {
     phase_ = Phase::kFailed;
     return false;
   }
-  StartLoading(verdict.target, verdict.remote);
+  if (const auto begun = engine_.TakeExpected(verdict.target)) {
+    static_cast<MpvGraphState&>(*this) = *begun;
+  } else {
+    StartLoading(verdict.target, verdict.remote);
+  }
   if (!WaitUntilLoaded(verdict.target, verdict.remote)) {
     Fail();
     return false;
@@ -348,7 +353,7 @@ void MpvGraph::OnCommandReply(const mpv_event& event) {
 void MpvGraph::OnHook(const mpv_event_hook& hook) {
   // A medium whose content turned out to be a list makes the core go on to what the list names.
   if (started_ != entry_) engine_.Core().Command({"stop"});
-  mpv_hook_continue(engine_.Core().Handle(), hook.id);
+  Mpv().hook_continue(engine_.Core().Handle(), hook.id);
 }
 
 void MpvGraph::OnStartFile(const mpv_event_start_file& start) {
@@ -368,7 +373,7 @@ void MpvGraph::OnEndFile(const mpv_event_end_file& end) {
   if (end.playlist_entry_id != entry_ || entry_ < 0) return;
   if (phase_ == Phase::kReady) {
     // Held at its end is the rule; the medium being gone altogether is an end as well.
-    clock_.SetEnded(true, LastPictureSeconds(), Clock::now());
+    clock_.SetEnded(true, Clock::now());
     return;
   }
   phase_ = Phase::kFailed;
@@ -395,7 +400,7 @@ void MpvGraph::OnReply(const mpv_event& event) {
     if (!known || !AsFlag(*property)) return;
     // The decoder tells its last picture, which may be far behind the end that was asked for.
     clock_.EndSeek(clock_.Position(now), now);
-    clock_.SetEnded(true, LastPictureSeconds(), now);
+    clock_.SetEnded(true, now);
   } else if (event.reply_userdata == confirm_request_) {
     confirm_request_ = 0;
     const double* position = known ? AsDouble(*property) : nullptr;
@@ -438,9 +443,7 @@ void MpvGraph::OnProperty(const mpv_event_property& property) {
   } else if (name == "duration") {
     if (const double* duration = AsDouble(property)) clock_.SetDuration(*duration);
   } else if (name == "eof-reached") {
-    if (property.format != MPV_FORMAT_NONE) {
-      clock_.SetEnded(AsFlag(property), LastPictureSeconds(), now);
-    }
+    if (property.format != MPV_FORMAT_NONE) clock_.SetEnded(AsFlag(property), now);
   } else if (name == "paused-for-cache") {
     clock_.SetStalled(AsFlag(property), now);
   } else if (name == "video-out-params/dw") {
@@ -453,14 +456,12 @@ void MpvGraph::OnProperty(const mpv_event_property& property) {
     rotation_ = AsInt(property);
     UpdateVideoSize();
   } else if (name == "container-fps") {
-    if (const double* rate = AsDouble(property)) frames_per_second_ = *rate;
+    const double* rate = AsDouble(property);
+    frames_per_second_ = rate != nullptr ? *rate : 0.0;
+    clock_.SetPictureSeconds(frames_per_second_ > 0.0 ? 1.0 / frames_per_second_ : 0.0);
   } else if (name == "video-bitrate") {
     if (const double* rate = AsDouble(property)) bit_rate_ = *rate;
   }
-}
-
-double MpvGraph::LastPictureSeconds() const {
-  return frames_per_second_ > 0.0 ? 1.0 / frames_per_second_ : 0.0;
 }
 
 void MpvGraph::UpdateVideoSize() {

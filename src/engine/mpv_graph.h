@@ -19,7 +19,43 @@ namespace kv {
 
 class MpvEngine;
 
-class MpvGraph : public FilterGraph, public MpvCore::Listener {
+// All that a graph knows of its medium. A value, so that a load that was begun before it was asked
+// for can be taken over.
+struct MpvGraphState {
+  enum class Phase { kEmpty, kLoading, kPreparing, kReady, kFailed };
+
+  Phase phase_ = Phase::kEmpty;
+  bool abandoned_ = false;
+
+  // Loading
+  std::uint64_t load_request_ = 0;
+  bool load_accepted_ = false;
+  std::int64_t entry_ = -1;     // the core's number of our medium
+  std::int64_t started_ = -1;   // of the medium that the core began last
+  std::uint64_t format_request_ = 0;
+  std::uint64_t duration_request_ = 0;
+  std::uint64_t video_request_ = 0;
+  bool has_video_track_ = false;
+
+  // Playing
+  PlayingClock clock_;
+  std::uint64_t seek_request_ = 0;     // the last seek sent
+  std::uint64_t confirm_request_ = 0;  // the question for the position that it led to
+  std::uint64_t ended_request_ = 0;    // and the one whether that is the end
+  double rate_ = 1.0;
+  int volume_ = 0;
+  int balance_ = 0;
+
+  // Picture
+  int decoded_width_ = 0;
+  int decoded_height_ = 0;
+  int rotation_ = 0;
+  double frames_per_second_ = 0.0;
+  double bit_rate_ = 0.0;
+  VideoSize size_;
+};
+
+class MpvGraph : public FilterGraph, public MpvCore::Listener, private MpvGraphState {
  public:
   explicit MpvGraph(MpvEngine& engine);
   ~MpvGraph() override;
@@ -62,12 +98,14 @@ class MpvGraph : public FilterGraph, public MpvCore::Listener {
 
   void OnMpvEvent(const mpv_event& event) override;
 
- private:
-  enum class Phase { kEmpty, kLoading, kPreparing, kReady, kFailed };
+  const MpvGraphState& State() const { return *this; }
 
+  // Begins to load without waiting. Only for a medium that `MpvEngine::Expect` was told of.
+  void StartLoading(const std::string& target, bool remote);
+
+ private:
   bool Ready() const { return phase_ == Phase::kReady; }
   bool HasVideo() const { return Ready() && size_.width > 0 && size_.height > 0; }
-  void StartLoading(const std::string& target, bool remote);
   bool WaitUntilLoaded(const std::string& target, bool remote);
   void Fail();
   void OnCommandReply(const mpv_event& event);
@@ -78,40 +116,10 @@ class MpvGraph : public FilterGraph, public MpvCore::Listener {
   void OnPlaybackRestart();
   void OnReply(const mpv_event& event);
   void OnProperty(const mpv_event_property& property);
-  double LastPictureSeconds() const;
   void UpdateVideoSize();
   void CheckPrepared();
 
   MpvEngine& engine_;
-  Phase phase_ = Phase::kEmpty;
-  bool abandoned_ = false;
-
-  // Loading
-  std::uint64_t load_request_ = 0;
-  bool load_accepted_ = false;
-  std::int64_t entry_ = -1;     // the core's number of our medium
-  std::int64_t started_ = -1;   // of the medium that the core began last
-  std::uint64_t format_request_ = 0;
-  std::uint64_t duration_request_ = 0;
-  std::uint64_t video_request_ = 0;
-  bool has_video_track_ = false;
-
-  // Playing
-  PlayingClock clock_;
-  std::uint64_t seek_request_ = 0;     // the last seek sent
-  std::uint64_t confirm_request_ = 0;  // the question for the position that it led to
-  std::uint64_t ended_request_ = 0;    // and the one whether that is the end
-  double rate_ = 1.0;
-  int volume_ = 0;
-  int balance_ = 0;
-
-  // Picture
-  int decoded_width_ = 0;
-  int decoded_height_ = 0;
-  int rotation_ = 0;
-  double frames_per_second_ = 0.0;
-  double bit_rate_ = 0.0;
-  VideoSize size_;
 };
 
 }  // namespace kv

@@ -20,6 +20,8 @@ constexpr double kCorrectionShare = 0.4;
 constexpr double kWaitingSpeed = 0.001;
 // What may still be in the buffers of the sound output when a decoder has ended.
 constexpr double kSoundBufferSeconds = 0.5;
+// Without a report for this long, and two pictures more, a decoder is stuck.
+constexpr double kSilenceSeconds = 0.5;
 // A last picture may be shown a little longer than the others.
 constexpr double kPictureTolerance = 1.5;
 
@@ -41,7 +43,10 @@ double PlayingClock::Advance(TimePoint now) const {
   if (!running_ || (ended_ && !running_out_)) return base_;
   const double elapsed = Seconds(anchor_, now);
   if (seeking_ || stalled_ || waiting_) return base_ + elapsed * kWaitingSpeed;
-  return base_ + elapsed * rate_ + correction_ * std::min(1.0, elapsed / kCorrectionSeconds);
+  const double silence = kSilenceSeconds + 2.0 * picture_;
+  const double free = running_out_ ? elapsed : std::min(elapsed, silence);
+  return base_ + free * rate_ + correction_ * std::min(1.0, free / kCorrectionSeconds) +
+         (elapsed - free) * kWaitingSpeed;
 }
 
 double PlayingClock::Position(TimePoint now) const {
@@ -109,14 +114,14 @@ void PlayingClock::SetStalled(bool stalled, TimePoint now) {
   stalled_ = stalled;
 }
 
-void PlayingClock::SetEnded(bool ended, double last_picture, TimePoint now) {
+void PlayingClock::SetEnded(bool ended, TimePoint now) {
   if (ended == ended_) return;
   Anchor(Position(now), 0.0, now);
   ended_ = ended;
   // A medium that outlasted its header has shown by now how long it is.
   if (ended && duration_ > 0.0) duration_ = std::max(duration_, base_);
   running_out_ = ended && duration_ > 0.0 &&
-                 duration_ - base_ <= std::max(kSoundBufferSeconds, kPictureTolerance * last_picture);
+                 duration_ - base_ <= std::max(kSoundBufferSeconds, kPictureTolerance * picture_);
 }
 
 }  // namespace kv

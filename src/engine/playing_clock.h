@@ -22,6 +22,10 @@ class PlayingClock {
   void SetDuration(double seconds) { duration_ = seconds; }
   double Duration() const { return duration_; }
 
+  // How long a picture of this medium stays, at most, as far as that is known: 0 when it is not.
+  // Without a report for much longer than that the decoder is stuck and the clock waits for it.
+  void SetPictureSeconds(double seconds) { picture_ = seconds; }
+
   void Run(TimePoint now);
   void Halt(TimePoint now);
   bool Running() const { return running_; }
@@ -41,11 +45,11 @@ class PlayingClock {
   // The medium goes on only when more data has come.
   void SetStalled(bool stalled, TimePoint now);
 
-  // The decoder has reached the end of its data. It says so while the last picture, shown for
-  // `last_picture` seconds, and the last sound are still due: the clock runs on through them to the
-  // duration and stands there. A medium that ends long before its duration is cut off, and its
-  // position is the duration at once. Ended by a seek.
-  void SetEnded(bool ended, double last_picture, TimePoint now);
+  // The decoder has reached the end of its data. It says so while the last picture and the last
+  // sound are still due: the clock runs on through them to the duration and stands there. A medium
+  // that ends long before its duration is cut off, and its position is the duration at once. Ended
+  // by a seek.
+  void SetEnded(bool ended, TimePoint now);
   bool Ended() const { return ended_; }
 
   double Position(TimePoint now) const;
@@ -55,6 +59,7 @@ class PlayingClock {
   double Advance(TimePoint now) const;
 
   double duration_ = 0.0;
+  double picture_ = 0.0;
   double rate_ = 1.0;
   double base_ = 0.0;        // position at `anchor_`
   double correction_ = 0.0;  // what is still to be added over the time after `anchor_`

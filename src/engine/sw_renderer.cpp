@@ -1,5 +1,7 @@
 #include "engine/sw_renderer.h"
 
+#include "engine/mpv_library.h"
+
 namespace kv {
 
 void SwRenderer::Buffer::Resize(QSize size) {
@@ -21,11 +23,11 @@ SwRenderer::SwRenderer(mpv_handle* core) {
   char api[] = MPV_RENDER_API_TYPE_SW;
   mpv_render_param parameters[] = {{MPV_RENDER_PARAM_API_TYPE, api},
                                    {MPV_RENDER_PARAM_INVALID, nullptr}};
-  if (mpv_render_context_create(&context_, core, parameters) < 0) {
+  if (Mpv().render_context_create(&context_, core, parameters) < 0) {
     context_ = nullptr;
     return;
   }
-  mpv_render_context_set_update_callback(context_, &SwRenderer::OnUpdate, this);
+  Mpv().render_context_set_update_callback(context_, &SwRenderer::OnUpdate, this);
   thread_ = std::thread([this] { Work(); });
 }
 
@@ -39,8 +41,8 @@ void SwRenderer::Stop() {
   wake_.notify_one();
   if (thread_.joinable()) thread_.join();
   if (context_ != nullptr) {
-    mpv_render_context_set_update_callback(context_, nullptr, nullptr);
-    mpv_render_context_free(context_);
+    Mpv().render_context_set_update_callback(context_, nullptr, nullptr);
+    Mpv().render_context_free(context_);
     context_ = nullptr;
   }
 }
@@ -96,7 +98,7 @@ void SwRenderer::Work() {
       update_ = redraw_ = false;
       size = target_;
     }
-    const bool frame = (mpv_render_context_update(context_) & MPV_RENDER_UPDATE_FRAME) != 0;
+    const bool frame = (Mpv().render_context_update(context_) & MPV_RENDER_UPDATE_FRAME) != 0;
     if (!frame && !redraw) continue;
     if (frame) {
       const std::lock_guard lock(mutex_);
@@ -126,7 +128,7 @@ bool SwRenderer::Render(QSize size) {
                                      {MPV_RENDER_PARAM_SW_POINTER, pixel.data()},
                                      {MPV_RENDER_PARAM_SKIP_RENDERING, &skip},
                                      {MPV_RENDER_PARAM_INVALID, nullptr}};
-    mpv_render_context_render(context_, parameters);
+    Mpv().render_context_render(context_, parameters);
     return false;
   }
   Buffer& buffer = buffers_[filling_];
@@ -139,7 +141,7 @@ bool SwRenderer::Render(QSize size) {
                                    {MPV_RENDER_PARAM_SW_STRIDE, &stride},
                                    {MPV_RENDER_PARAM_SW_POINTER, buffer.pixels},
                                    {MPV_RENDER_PARAM_INVALID, nullptr}};
-  return mpv_render_context_render(context_, parameters) >= 0;
+  return Mpv().render_context_render(context_, parameters) >= 0;
 }
 
 }  // namespace kv

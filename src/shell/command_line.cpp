@@ -2,11 +2,10 @@
 
 #include "system/ascii_text.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <sys/stat.h>
 
 namespace kv {
 namespace {
@@ -55,6 +54,15 @@ bool IsSwitch(const std::string& argument) {
   return std::find(kSwitches.begin(), kSwitches.end(), lower) != kSwitches.end();
 }
 
+std::string WithSlash(const std::string& folder) {
+  return folder.ends_with('/') ? folder : folder + "/";
+}
+
+void Append(std::string& text, const std::string& word) {
+  if (!text.empty()) text += ' ';
+  text += word;
+}
+
 void RemoveAll(std::string& text, std::string_view what) {
   for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at)) {
     text.erase(at, what.size());
@@ -64,25 +72,25 @@ void RemoveAll(std::string& text, std::string_view what) {
 }  // namespace
 
 RawCommandLine JoinArguments(const std::vector<std::string>& arguments, const std::string& folder) {
-  const auto names = std::count_if(arguments.begin(), arguments.end(),
-                                   [](const std::string& word) { return !IsSwitch(word); });
-  RawCommandLine raw;
-  for (std::string word : arguments) {
-    bool found = false;
-    if (!IsSwitch(word)) {
-      if (auto path = PathOfFileUrl(word)) word = *path;
-      const std::string absolute =
-          word.starts_with('/') || folder.empty() ? word : folder + "/" + word;
-      if (names == 1 && !word.empty() && Exists(absolute)) {
-        word = absolute;
-        found = true;
-      }
-    }
-    if (!raw.text.empty()) raw.text += ' ';
-    if (found) raw.name_begin = raw.text.size();
-    raw.text += word;
-    if (found) raw.name_end = raw.text.size();
+  std::vector<std::string> words = arguments;
+  for (std::string& word : words) {
+    if (auto path = PathOfFileUrl(word)) word = *path;
   }
+  // A path with blanks that nobody has quoted comes as several words.
+  const auto begin = std::find_if_not(words.begin(), words.end(), IsSwitch);
+  const auto end = std::find_if(begin, words.end(), IsSwitch);
+  std::string name;
+  for (auto word = begin; word != end; ++word) Append(name, *word);
+  const bool relative = !name.starts_with('/') && !folder.empty();
+  const std::string absolute = relative ? WithSlash(folder) + name : name;
+  const bool found = !name.empty() && Exists(absolute);
+
+  RawCommandLine raw;
+  for (auto word = words.begin(); word != begin; ++word) Append(raw.text, *word);
+  if (!name.empty()) Append(raw.text, found ? absolute : name);
+  raw.name_end = found ? raw.text.size() : 0;
+  raw.name_begin = found ? raw.text.size() - absolute.size() : 0;
+  for (auto word = end; word != words.end(); ++word) Append(raw.text, *word);
   return raw;
 }
 

@@ -19,7 +19,8 @@ struct RawCommandLine {
 };
 
 // Joins the arguments (without the program's own name) by one blank. "file://" URLs become paths
-// first, and a single relative name of something that exists is made absolute against `folder`.
+// first. What is left beside the switches is one name; a relative one of something that exists is
+// made absolute against `folder`.
 RawCommandLine JoinArguments(const std::vector<std::string>& arguments, const std::string& folder);
 
 struct ParsedCommandLine {
@@ -35,8 +36,8 @@ ParsedCommandLine ParseDebugSwitch(const RawCommandLine& raw);
 // whole of the remaining text is one path.
 std::string CommandFileOf(std::string_view command_line);
 
-// True when "-clear" stands anywhere in it, in any case: the settings are to forget this run's state
-// when they are saved.
+// True when "-clear" stands anywhere in it, in any case: the settings are to forget this run's
+// state when they are saved.
 bool HasClearSwitch(std::string_view command_line);
 
 }  // namespace kv

@@ -4,8 +4,8 @@
 
 namespace kv {
 
-FormLife::FormLife(FormLifeHost& host, clsDShowControl& movie, Settings& settings,
-                   Session& session, Dialogs& dialogs, MessagePump& pump)
+FormLife::FormLife(FormLifeHost& host, clsDShowControl& movie, Settings& settings, Session& session,
+                   Dialogs& dialogs, MessagePump& pump)
     : host_(host),
       movie_(movie),
       settings_(settings),
@@ -15,46 +15,59 @@ FormLife::FormLife(FormLifeHost& host, clsDShowControl& movie, Settings& setting
 
 void FormLife::OnLoadLast(bool have_command_file) {
   if (!have_command_file) {
-    if (!movie_.DS_IsOpen()) OpenLast();
-    // The open can have taken long enough for the user to close the program.
+    const std::string last = movie_.DS_IsOpen() ? std::string() : OpenLast();
+    // The open can have taken long enough for the user to close the program ...
     if (session_.Unloading) return;
-    if (movie_.DS_IsOpen()) {
-      if (IsOn(settings_.StorePos) || session_.ResumePosition > 0.0) {
-        movie_.DS_SetPosition(settings_.LastPosition);
-      }
-      if (IsOn(settings_.InitLastFrame)) {
-        int width = 0;
-        int height = 0;
-        movie_.DS_GetMovieSize(width, height);
-        if (width >= 1 && height >= 1) {
-          movie_.DS_Play();
-          movie_.DS_Pause();
-        }
-      }
-      if (IsOn(settings_.AutoStart) || IsOn(settings_.RestartPlaying)) host_.BUtton_Click(0);
-    } else {
+    if (!movie_.DS_IsOpen()) {
       settings_.CurrentFile.clear();
+    } else if (!Overtaken(last)) {
+      ReturnToLastPosition();
     }
     host_.UpdateFileDisp("");
   }
   settings_.RestartPlaying = FromBool(false);
 }
 
-void FormLife::OpenLast() {
+// ... or to open another medium, which is not to be moved to where the last one stood. A resume
+// file leads to a medium of another name, and tells by its section.
+bool FormLife::Overtaken(const std::string& last) const {
+  return !last.empty() && settings_.CurrentFile != last && session_.ResumePosition == kNoPosition;
+}
+
+void FormLife::ReturnToLastPosition() {
+  if (IsOn(settings_.StorePos) || session_.ResumePosition > 0.0) {
+    movie_.DS_SetPosition(settings_.LastPosition);
+  }
+  if (IsOn(settings_.InitLastFrame)) {
+    int width = 0;
+    int height = 0;
+    movie_.DS_GetMovieSize(width, height);
+    if (width >= 1 && height >= 1) {
+      movie_.DS_Play();
+      movie_.DS_Pause();
+    }
+  }
+  if (IsOn(settings_.AutoStart) || IsOn(settings_.RestartPlaying)) host_.BUtton_Click(0);
+}
+
+std::string FormLife::OpenLast() {
+  std::string last;
   if (settings_.PlaylistIndex >= 1 && IsOn(settings_.PlayingFromPlaylist)) {
     if (host_.PlaylistCount() == 0) {
       settings_.PlaylistIndex = 0;
       settings_.PreviousItemPosition = kNoPosition;
     } else {
-      const std::string item = host_.PlaylistItem(settings_.PlaylistIndex);
-      if (!item.empty()) host_.OpenFile(item, {.FromPlaylist = true, .KeepWindowSize = true});
+      last = host_.PlaylistItem(settings_.PlaylistIndex);
+      if (!last.empty()) host_.OpenFile(last, {.FromPlaylist = true, .KeepWindowSize = true});
     }
     host_.UpdateFileDataDisplay();
   } else if (settings_.CurrentFile.empty()) {
     host_.UpdateFileDataDisplay();
   } else {
-    host_.OpenFile(settings_.CurrentFile, {.KeepWindowSize = true});
+    last = settings_.CurrentFile;
+    host_.OpenFile(last, {.KeepWindowSize = true});
   }
+  return last;
 }
 
 bool FormLife::AskToSavePlaylist() {
@@ -95,9 +108,9 @@ bool FormLife::Form_QueryUnload(UnloadMode mode) {
     }
     host_.StopWheelHook();
   } catch (const std::exception& error) {
-    dialogs_.ShowMessageBox({std::string("Error terminating Kestrelview:\n\n") + error.what() +
-                                 "\nCode:0",
-                             BoxIcon::kStop, BoxButtons::kOk, ""});
+    dialogs_.ShowMessageBox(
+        {std::string("Error terminating Kestrelview:\n\n") + error.what() + "\nCode:0",
+         BoxIcon::kStop, BoxButtons::kOk, ""});
   }
   return true;
 }

@@ -55,8 +55,8 @@ class FormLife {
   FormLife(FormLifeHost& host, clsDShowControl& movie, Settings& settings, Session& session,
            Dialogs& dialogs, MessagePump& pump);
 
-  // The event of the timer of that name. `have_command_file`: a medium was given at the start, which
-  // then is the one to play.
+  // The event of the timer of that name. `have_command_file`: a medium was given at the start,
+  // which then is the one to play.
   void OnLoadLast(bool have_command_file);
 
   // False: the user wants to go on, and nothing has been stopped. Otherwise the form is hidden, all
@@ -64,7 +64,10 @@ class FormLife {
   bool Form_QueryUnload(UnloadMode mode);
 
  private:
-  void OpenLast();
+  // Answers what it has asked to open, empty for nothing.
+  std::string OpenLast();
+  bool Overtaken(const std::string& last) const;
+  void ReturnToLastPosition();
   bool AskToSavePlaylist();
 
   FormLifeHost& host_;

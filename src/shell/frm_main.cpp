@@ -33,6 +33,15 @@ constexpr int kCtrlKeyCode = 17;
 int ToTwips(int pixels) { return pixels * kTwipsPerPixel; }
 int ToPixels(int twips) { return static_cast<int>(qRound(twips / double{kTwipsPerPixel})); }
 
+// Drawn here, so that no image plug-in has to be loaded on the way to the first picture.
+QIcon ProgramIcon(const QString& drawing) {
+  QIcon icon;
+  for (const int size : {16, 24, 32, 48}) {
+    icon.addPixmap(RenderFace(drawing, QColor(), QSize(size, size), 1.0));
+  }
+  return icon;
+}
+
 MainPanel::ArtFile ArtFrom(const ProgramFolder& folder) {
   return [&folder](const char* name) {
     return QFile::decodeName(folder.DataFile(std::string("art/") + name + ".svg").c_str());
@@ -110,11 +119,12 @@ void frmMain::Form_Load() {
   // A stray call while the program goes down must not bring the form up again.
   if (session_.Unloading) return;
   run_once_.Clear();
-  QGuiApplication::setWindowIcon(QIcon(ArtFrom(parts_.folder)("kestrelview")));
+  QGuiApplication::setWindowIcon(ProgramIcon(ArtFrom(parts_.folder)("kestrelview")));
   ReadFileSupport();
   hand_over_.ReadCommandLine(parts_.start_up.CommandLine());
   // A box can stand long enough for the login session to end meanwhile.
   if (session_.Unloading) return;
+  if (hand_over_.HaveCommandFile()) parts_.engine.Expect(hand_over_.CommandFile());
   session_.StartingUp = true;
   BaseCaption_ = std::string(kAppTitle) + " " + std::to_string(KV_VERSION_MAJOR);
   setWindowTitle(QString::fromStdString(BaseCaption_));
@@ -389,7 +399,8 @@ void frmMain::OpenFile(const std::string& File, OpenArguments arguments) {
 void frmMain::OpenCommandFile(const std::string& path) {
   settings_.CurrentFile = path;
   OpenFile(path, {.StartPlaying = true, .KeepWindowSize = true});
-  if (IsOn(settings_.AutoZoom)) ScaleWindow(1.0F);
+  // Another medium may have come in its place.
+  if (IsOn(settings_.AutoZoom) && settings_.CurrentFile == path) ScaleWindow(1.0F);
 }
 
 void frmMain::AbandonOpen() { opener_.AbandonOpen(); }

@@ -28,8 +28,8 @@ void HandOver::ReadCommandLine(const std::string& command_line) {
   if (command_line.empty()) return;
   CommandFile_ = CommandFileOf(command_line);
   if (!FileExists(CommandFile_)) {
-    dialogs_.ShowMessageBox(
-        {"File \"" + CommandFile_ + "\" does not exist!", BoxIcon::kExclamation, BoxButtons::kOk, ""});
+    dialogs_.ShowMessageBox({"File \"" + CommandFile_ + "\" does not exist!", BoxIcon::kExclamation,
+                             BoxButtons::kOk, ""});
     return;
   }
   if (LowerAscii(GetFileExtension(CommandFile_, true)) != ".kvr") {
@@ -49,7 +49,7 @@ void HandOver::ReadCommandLine(const std::string& command_line) {
 
 bool HandOver::FinishLoading() {
   FormLoaded_ = true;
-  if (!HaveCommandFile_) return false;
+  if (!HaveCommandFile_) return LinkPending_;
   OpeningCMDDelay_.SetEnabled(true);
   if (!LinkPending_) LinkExeTimer_.SetEnabled(true);
   return true;
@@ -67,8 +67,8 @@ bool HandOver::Form_LinkExecute(const std::string& CmdStr) {
 }
 
 void HandOver::Form_LinkError(int LinkErr) {
-  dialogs_.ShowMessageBox({"DDE Error. (Link) error code:" + std::to_string(LinkErr), BoxIcon::kStop,
-                           BoxButtons::kOk, ""});
+  dialogs_.ShowMessageBox({"DDE Error. (Link) error code:" + std::to_string(LinkErr),
+                           BoxIcon::kStop, BoxButtons::kOk, ""});
 }
 
 void HandOver::OnLinkExeTimer() {
@@ -76,7 +76,7 @@ void HandOver::OnLinkExeTimer() {
   LinkPending_ = false;
   if (!CommandFile_.empty()) {
     opening_ = true;
-    host_.OpenCommandFile(CommandFile_);
+    host_.OpenCommandFile(std::string(CommandFile_));  // a request inside replaces the field
     opening_ = false;
   }
   HaveCommandFile_ = false;
@@ -84,6 +84,8 @@ void HandOver::OnLinkExeTimer() {
   if (!LinkPending_) LinkExeTimer_.SetEnabled(false);
 }
 
-void HandOver::OnOpeningCMDDelay() { OpeningCMDDelay_.SetEnabled(false); }
+void HandOver::OnOpeningCMDDelay() {
+  OpeningCMDDelay_.SetEnabled(false);
+}
 
 }  // namespace kv

@@ -6,10 +6,10 @@
 // timer, never inside the request. Owned by `frmMain`; interface thread only.
 #pragma once
 
-#include <string>
-
 #include "system/dialogs.h"
 #include "system/timers.h"
+
+#include <string>
 
 namespace kv {
 
@@ -34,8 +34,8 @@ class HandOver {
   // does not, is told in a message box. Does nothing with an empty command line.
   void ReadCommandLine(const std::string& command_line);
 
-  // At the end of the form's load: arms the timers for a path that was accepted. Answers true then;
-  // otherwise the start is one without a medium.
+  // At the end of the form's load: arms the timers for a path that was accepted. Answers true then,
+  // and when a request has come meanwhile; otherwise the start is one without a medium.
   bool FinishLoading();
 
   // Another start, or the shell, asks to have a file opened. False: refused, nothing happens.

@@ -2,6 +2,12 @@
 
 #include "system/special_folders.h"
 
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -9,17 +15,12 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <array>
-#include <cerrno>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-
 namespace kv {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+constexpr int kFullQueueMilliseconds = 10;
 
 // A folder of this user's own that nobody else may enter.
 bool IsPrivate(const std::string& folder) {
@@ -67,7 +68,12 @@ class Connection {
     if (socket_ < 0 || path.empty() || path.size() >= sizeof(address.sun_path)) return false;
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
     const auto* generic = reinterpret_cast<const sockaddr*>(&address);
-    return connect(socket_, generic, sizeof(address)) == 0;
+    while (connect(socket_, generic, sizeof(address)) != 0) {
+      // So many starts are waiting at the player's door that it takes no more for the moment.
+      if (errno != EAGAIN || Clock::now() >= deadline_) return false;
+      poll(nullptr, 0, kFullQueueMilliseconds);
+    }
+    return true;
   }
 
   bool Send(std::string_view bytes) {

@@ -14,7 +14,7 @@
 
 namespace kv {
 
-inline constexpr std::size_t kHandOverHeader = 4;          // bytes
+inline constexpr std::size_t kHandOverHeader = 4;           // bytes
 inline constexpr std::size_t kMaxHandOverText = 64 * 1024;  // bytes; a path has at most 4096
 inline constexpr char kHandOverAccepted = 'A';
 inline constexpr char kHandOverRefused = 'R';

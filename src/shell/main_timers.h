@@ -5,13 +5,13 @@
 // `frmMain`; interface thread only.
 #pragma once
 
+#include "system/timers.h"
+
 #include <array>
 #include <cstddef>
 #include <functional>
 #include <memory>
 #include <string_view>
-
-#include "system/timers.h"
 
 namespace kv {
 
@@ -95,6 +95,8 @@ class MainTimers {
  public:
   // All timers, disabled. `on_fire` hears which one is due.
   MainTimers(TimerSource& source, std::function<void(MainTimer)> on_fire);
+  MainTimers(const MainTimers&) = delete;
+  MainTimers& operator=(const MainTimers&) = delete;
 
   Timer& operator[](MainTimer timer) { return *timers_[static_cast<std::size_t>(timer)]; }
   bool Enabled(MainTimer timer) const {

@@ -10,25 +10,35 @@
 namespace kv {
 namespace {
 
-bool IsMms(const std::string& url) { return StartsWithIgnoringCase(url, "mms://"); }
+bool IsMms(const std::string& url) {
+  return StartsWithIgnoringCase(url, "mms://");
+}
 
 }  // namespace
 
 MediaOpener::MediaOpener(OpenerHost& host, OpenerView& view, OpenerParts parts)
     : host_(host), view_(view), parts_(parts) {}
 
+bool MediaOpener::Overtaken(std::uint64_t number) const {
+  return number != last_open_ || parts_.session.Unloading;
+}
+
 void MediaOpener::OpenFile(const std::string& File, OpenArguments arguments) {
+  const std::uint64_t before = last_open_;
+  std::string path = File;  // `File` may be a field that changes inside a pump
   parts_.status.RemoveStatus();
-  host_.UpdateFileDisp("Loading " + FileNameOfPath(File));
+  host_.UpdateFileDisp("Loading " + FileNameOfPath(path));
   parts_.pump.PumpOnce();
-  std::string path = File;
   parts_.session.SlowMoveDetected = false;
   if (path.empty()) {
-    if (!AskForFile(path)) return;
+    // What was opened meanwhile does not count here: the user is still to choose.
+    if (parts_.session.Unloading || !AskForFile(path) || parts_.session.Unloading) return;
     arguments.KeepWindowSize = false;
+  } else if (Overtaken(before)) {
+    return;
   } else if (!IsPlayableName(path, parts_.session.SupportedExtensions)) {
-    parts_.dialogs.ShowMessageBox({"Unsupported file format or protocol error!", BoxIcon::kStop,
-                                   BoxButtons::kOk, ""});
+    parts_.dialogs.ShowMessageBox(
+        {"Unsupported file format or protocol error!", BoxIcon::kStop, BoxButtons::kOk, ""});
     return;
   }
   const std::string extension = LowerAscii(GetFileExtension(path, true));
@@ -46,15 +56,16 @@ void MediaOpener::OpenFile(const std::string& File, OpenArguments arguments) {
     parts_.settings.PreviousItemPosition = parts_.Movie.DS_GetPosition();
   }
   const std::uint64_t number = ++last_open_;
+  if (arguments.IsResumeStart) resumed_ = number;
   if (parts_.Movie.DS_IsOpen()) {
     parts_.Movie.DS_Stop();
     parts_.pump.PumpOnce();
     parts_.pump.PumpOnce();
-    if (number != last_open_) return;
+    if (Overtaken(number)) return;
   }
   std::string target;
   const Kind kind = PrepareKind(path, target);
-  if (number != last_open_ || !Render(path, target, kind, arguments.FromPlaylist)) return;
+  if (Overtaken(number) || !Render(path, target, kind, arguments.FromPlaylist)) return;
   FinishOpen(path, arguments);
 }
 
@@ -114,14 +125,14 @@ bool MediaOpener::Render(const std::string& path, const std::string& target, Kin
   const std::uint64_t number = last_open_;
   const RenderTarget render = view_.Render();
   ++depth_;
-  const bool opened = parts_.Movie.DS_OpenFile(target, 0, 0, render.ScaleWidth, render.ScaleHeight,
-                                               render.hWnd);
+  const bool opened =
+      parts_.Movie.DS_OpenFile(target, 0, 0, render.ScaleWidth, render.ScaleHeight, render.hWnd);
   --depth_;
-  if (number != last_open_) return false;
+  if (Overtaken(number)) return false;
   if (!opened) {
     parts_.dialogs.ShowMessageBox(
         {"Error opening \"" + target + "\"", BoxIcon::kExclamation, BoxButtons::kOk, ""});
-    if (number != last_open_) return false;
+    if (Overtaken(number)) return false;
     parts_.status.RemoveStatus();
   }
   if (!from_playlist) {
@@ -129,7 +140,7 @@ bool MediaOpener::Render(const std::string& path, const std::string& target, Kin
     host_.BuildMenu();
   }
   if (kind != Kind::kPlain || IsUrlName(path)) parts_.status.RemoveStatus();
-  return number == last_open_;
+  return !Overtaken(number);
 }
 
 void MediaOpener::FinishOpen(const std::string& path, const OpenArguments& arguments) {
@@ -137,6 +148,7 @@ void MediaOpener::FinishOpen(const std::string& path, const OpenArguments& argum
   clsDShowControl& Movie = parts_.Movie;
   SliderModels& models = parts_.models;
   host_.ScaleMovie(false);
+  if (Overtaken(number)) return;
   // The engine starts each medium loud, centred and at normal speed.
   parts_.sliders.Scroller2_AfterScroll(models.Scroller2.Value(), 0);
   parts_.sliders.Scroller4_AfterScroll(models.Scroller4.Value(), 0);
@@ -153,13 +165,14 @@ void MediaOpener::FinishOpen(const std::string& path, const OpenArguments& argum
   if (arguments.ShowOnOpen && video) host_.RestoreFromTray();
   host_.ResetAB();
   if (arguments.StartPlaying) host_.BUtton_Click(0);
+  if (Overtaken(number)) return;
   host_.UpdateFileDisp("");
   host_.ScaleMovie(false);
-  if (number != last_open_) return;
+  if (Overtaken(number)) return;
   host_.UpdateFileDataDisplay();
   if (!arguments.KeepWindowSize && IsOn(parts_.settings.AutoZoom)) host_.ScaleWindow(1.0F);
   parts_.pump.PumpOnce();
-  if (number != last_open_) return;
+  if (Overtaken(number)) return;
   host_.SetVumeterVisible();
   ConnectionIcon icon = ConnectionIcon::kNone;
   if (StartsWithIgnoringCase(parts_.settings.CurrentFile, "https://")) {
@@ -171,16 +184,19 @@ void MediaOpener::FinishOpen(const std::string& path, const OpenArguments& argum
 }
 
 void MediaOpener::OpenResume(const std::string& path, const OpenArguments& arguments) {
+  const std::uint64_t before = last_open_;
   host_.OpenResumeFile(path, arguments.FromPlaylist, arguments.StartPlaying);
+  // Its medium comes by `OpenFile` as well; any other open inside is a newer wish, with its own
+  // mark.
+  if (last_open_ != before && Overtaken(resumed_)) return;
   view_.SetTitleToolTip(path);
   view_.ShowResumeMark(true);
   if (!arguments.FromPlaylist) parts_.settings.LastOpenFolder = FolderOfPath(path);
 }
 
 void MediaOpener::AbandonOpen() {
-  if (!Opening()) return;
   ++last_open_;
-  parts_.Movie.DS_Remove();
+  if (depth_ > 0) parts_.Movie.DS_Remove();
 }
 
 void MediaOpener::AddRecentFile(const std::string& File) {

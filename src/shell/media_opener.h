@@ -63,10 +63,10 @@ class OpenerView {
  public:
   virtual ~OpenerView() = default;
   virtual RenderTarget Render() const = 0;
-  virtual void ShowConnectionIcon(ConnectionIcon icon) = 0;  // `ic_https`
-  virtual void ShowResumeMark(bool visible) = 0;             // `picKVR`
-  virtual void SetTitleToolTip(const std::string& text) = 0; // `Disp(5)`
-  virtual void SetSlidersEnabled(bool enabled) = 0;          // `Scroller1` and `Scroller3`
+  virtual void ShowConnectionIcon(ConnectionIcon icon) = 0;   // `ic_https`
+  virtual void ShowResumeMark(bool visible) = 0;              // `picKVR`
+  virtual void SetTitleToolTip(const std::string& text) = 0;  // `Disp(5)`
+  virtual void SetSlidersEnabled(bool enabled) = 0;           // `Scroller1` and `Scroller3`
 };
 
 struct OpenerParts {
@@ -89,10 +89,8 @@ class MediaOpener {
   // Opens `File`, a path or URL; with an empty one the user is asked.
   void OpenFile(const std::string& File, OpenArguments arguments);
 
-  // True while `OpenFile` waits for the engine.
-  bool Opening() const { return depth_ > 0; }
-
-  // Gives up an open that waits for the engine; nothing is open then.
+  // Has an open that is under way end without another word; one that waits for the engine leaves
+  // nothing open.
   void AbandonOpen();
 
   void AddRecentFile(const std::string& File);
@@ -100,6 +98,8 @@ class MediaOpener {
  private:
   enum class Kind { kPlain, kAsf, kAsxStream };
 
+  // Another open has begun since, or the form goes down: what this one still had to do is void.
+  bool Overtaken(std::uint64_t number) const;
   bool AskForFile(std::string& path);
   void PrepareState(const std::string& path, const OpenArguments& arguments);
   Kind PrepareKind(const std::string& path, std::string& target);
@@ -111,6 +111,7 @@ class MediaOpener {
   OpenerView& view_;
   OpenerParts parts_;
   std::uint64_t last_open_ = 0;  // number of the open that began last
+  std::uint64_t resumed_ = 0;    // number of the last one that a resume file has led to
   int depth_ = 0;                // opens that wait for the engine, one inside the other
 };
 

@@ -1,20 +1,20 @@
 #include "shell/recent_files.h"
 
-#include <algorithm>
+#include <cstddef>
+#include <utility>
 
 namespace kv {
 
 void AddRecentFile(RecentFileList& list, const std::string& file, const TextPlatform& text) {
   const std::string wanted = text.Lower(file);
-  const auto known = std::find_if(list.begin(), list.end(), [&](const std::string& entry) {
-    return !entry.empty() && text.Lower(entry) == wanted;
-  });
-  if (known != list.end()) known->clear();
-  // The gap goes to the end, so that shifting drops it and not the oldest name.
-  std::stable_partition(list.begin(), list.end(), [](const auto& entry) { return !entry.empty(); });
-  std::rotate(list.begin(), list.end() - 1, list.end());
-  list.front() = file;
-  std::stable_partition(list.begin(), list.end(), [](const auto& entry) { return !entry.empty(); });
+  RecentFileList renewed;
+  renewed.front() = file;
+  std::size_t next = 1;
+  for (std::string& entry : list) {
+    if (next == renewed.size()) break;
+    if (!entry.empty() && text.Lower(entry) != wanted) renewed.at(next++) = std::move(entry);
+  }
+  list = std::move(renewed);
 }
 
 }  // namespace kv

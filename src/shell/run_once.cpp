@@ -2,18 +2,17 @@
 
 #include "system/save_file.h"
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <string_view>
+#include <unistd.h>
 #include <utility>
 
 namespace kv {
 namespace {
 
-// Quoting of the Desktop Entry Specification's key Exec: an argument in double quotes, in which four
-// characters take a backslash, and a per cent sign counts double. The backslash itself is doubled
-// once more, as the value is a string that knows escapes too.
+// Quoting of the Desktop Entry Specification's key Exec: an argument in double quotes, in which
+// four characters take a backslash, and a per cent sign counts double. The backslash itself is
+// doubled once more, as the value is a string that knows escapes too.
 std::string QuotedForExec(std::string_view argument) {
   std::string quoted = "\"";
   for (const char c : argument) {
@@ -43,13 +42,14 @@ std::string RunOnce::UserFolder() {
   return std::string(home) + "/.config/autostart/";
 }
 
-std::string RunOnce::File() const { return folder_ + "KestrelviewAutoRestart.desktop"; }
+std::string RunOnce::File() const {
+  return folder_ + "KestrelviewAutoRestart.desktop";
+}
 
 bool RunOnce::Register(const std::string& program) const {
   if (folder_.empty() || program.find('\n') != std::string::npos) return false;
-  return SaveFileChecked(File(),
-                         "[Desktop Entry]\nType=Application\nName=Kestrelview\nExec=" +
-                             QuotedForExec(program) + "\nX-GNOME-Autostart-enabled=true\n");
+  return SaveFileChecked(File(), "[Desktop Entry]\nType=Application\nName=Kestrelview\nExec=" +
+                                     QuotedForExec(program) + "\nX-GNOME-Autostart-enabled=true\n");
 }
 
 void RunOnce::Clear() const {

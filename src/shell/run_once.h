@@ -1,7 +1,8 @@
 // Has the desktop start the player once at the next login.
 //
 // Stands for a value of the run-once key: a desktop entry in the user's autostart folder
-// (freedesktop Desktop Application Autostart) that the start it causes takes away again. Any thread.
+// (freedesktop Desktop Application Autostart) that the start it causes takes away again. Any
+// thread.
 #pragma once
 
 #include <string>

@@ -25,6 +25,7 @@ SettingsLife::SettingsLife(SettingsHost& host, Settings& settings, const SliderM
 
 void SettingsLife::LoadSettings() {
   ReadSettings(folder_.DataFile(kConfigFile), settings_);
+  loaded_ = true;
   if (IsOn(settings_.FirstRun)) {
     const std::string sound = folder_.DataFile(kWelcomeSound);
     if (FileExists(sound)) {
@@ -53,6 +54,8 @@ void SettingsLife::LoadSettings() {
 }
 
 void SettingsLife::SaveSettings(const std::string& command_line) {
+  // A message before the load can be up when the login session ends.
+  if (!loaded_) return;
   if (HasClearSwitch(command_line)) ClearForFirstStart(settings_);
   pump_.PumpOnce();
   const WindowState state = host_.State();

@@ -66,7 +66,8 @@ class SettingsLife {
   // About box.
   void LoadSettings();
 
-  // Called once, at the end. With the "-clear" switch on `command_line` the state of this run is
+  // Called once, at the end; does nothing for a record that was never read, as it would replace the
+  // user's by an empty one. With the "-clear" switch on `command_line` the state of this run is
   // forgotten, no option is.
   void SaveSettings(const std::string& command_line);
 
@@ -80,6 +81,7 @@ class SettingsLife {
   const ProgramFolder& folder_;
   ShellServices& shell_;
   MessagePump& pump_;
+  bool loaded_ = false;
 };
 
 }  // namespace kv

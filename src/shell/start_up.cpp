@@ -11,8 +11,8 @@ StartUp::StartUp(Registry& registry, SetPriorityClass set_priority_class)
 
 void StartUp::Main(const RawCommandLine& arguments) {
   parsed_ = ParseDebugSwitch(arguments);
-  const std::string word = registry_.RegReadValue(
-      RegistryRoot::kCurrentUser, "Software\\Kestrelview\\Process", "Priority");
+  const std::string word = registry_.RegReadValue(RegistryRoot::kCurrentUser,
+                                                  "Software\\Kestrelview\\Process", "Priority");
   const int in_force = set_priority_class_(PriorityClassOfWord(word));
   const std::string text = PriorityClassText(in_force);
   // Each write goes to the disk; one that would change nothing need not.

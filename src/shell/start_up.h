@@ -3,11 +3,11 @@
 // Runs once, on the thread that will be the interface thread.
 #pragma once
 
-#include <functional>
-#include <string>
-
 #include "shell/command_line.h"
 #include "system/registry.h"
+
+#include <functional>
+#include <string>
 
 namespace kv {
 
@@ -26,7 +26,8 @@ class StartUp {
   // The arguments without the debug switch.
   const std::string& CommandLine() const { return parsed_.CommandLine; }
 
-  // In debug mode the program runs without window hooks: no message hook, no wheel hook, no docking.
+  // In debug mode the program runs without window hooks: no message hook, no wheel hook, no
+  // docking.
   bool IsDebugMode() const { return parsed_.DebugMode; }
 
  private:

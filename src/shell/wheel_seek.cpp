@@ -32,10 +32,7 @@ void WheelSeek::StepPosition(bool back, int mode) {
   if (!movie_.DS_IsPaused()) {
     transport_.BUtton_Click(Transport::kPause);
     wheel_resume_ = true;
-  } else if (!wheel_seeking_) {
-    wheel_resume_ = false;
   }
-  wheel_seeking_ = true;
   if (!movie_.DS_IsPaused()) return;
 
   double step = mode == kWheelMinute ? kMinute : kSecond;
@@ -49,7 +46,6 @@ void WheelSeek::StepPosition(bool back, int mode) {
 void WheelSeek::KeyUp(int KeyCode) {
   if (KeyCode != kShiftKeyCode && KeyCode != kCtrlKeyCode) return;
   if (wheel_resume_) movie_.DS_Play();
-  wheel_seeking_ = false;
   wheel_resume_ = false;
 }
 

@@ -38,8 +38,7 @@ class WheelSeek {
   Transport& transport_;
   ScrollerModel& volume_;
 
-  bool wheel_seeking_ = false;  // a step was made with the key still held
-  bool wheel_resume_ = false;   // and it has paused a playing medium
+  bool wheel_resume_ = false;  // a step has paused a playing medium, and the key is still held
 };
 
 }  // namespace kv

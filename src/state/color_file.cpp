@@ -1,27 +1,29 @@
 #include "state/color_file.h"
 
+#include "system/files.h"
 #include "system/save_file.h"
 
-#include <fstream>
+#include <algorithm>
 
 namespace kv {
 namespace {
 
 constexpr std::size_t kColorBytes = 4;
-constexpr std::size_t kFileBytes = kColorSlots * kColorBytes;
 
 }  // namespace
 
 bool ReadColorFile(const std::string& path, ColorTable& colors) {
-  std::ifstream file(path, std::ios::binary);
-  std::array<unsigned char, kFileBytes> bytes{};
-  if (!file.read(reinterpret_cast<char*>(bytes.data()), kFileBytes)) return false;
-  for (std::size_t slot = 0; slot < kColorSlots; ++slot) {
+  std::string bytes;
+  if (!ReadWholeFile(path, kMaxTextFileBytes, bytes)) return false;
+  const std::size_t slots = std::min(bytes.size() / kColorBytes, kColorSlots);
+  for (std::size_t slot = 0; slot < slots; ++slot) {
     std::uint32_t color = 0;
-    for (std::size_t i = kColorBytes; i-- > 0;) color = color << 8 | bytes[slot * kColorBytes + i];
+    for (std::size_t i = kColorBytes; i-- > 0;) {
+      color = color << 8 | static_cast<unsigned char>(bytes[slot * kColorBytes + i]);
+    }
     colors[slot] = static_cast<std::int32_t>(color);
   }
-  return true;
+  return slots == kColorSlots;
 }
 
 bool WriteColorFile(const std::string& path, const ColorTable& colors) {

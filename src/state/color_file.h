@@ -12,8 +12,8 @@ namespace kv {
 
 using ColorTable = std::array<std::int32_t, kColorSlots>;
 
-// Reads a scheme. False, and `colors` as it was, for a file that is not there or is shorter than a
-// scheme.
+// Reads a scheme; a shorter file fills the slots that it holds in full and leaves the rest as it
+// was. True when the whole scheme was there. What is no plain file changes nothing.
 bool ReadColorFile(const std::string& path, ColorTable& colors);
 
 // Replaces the file by the table; false, and the old file whole, when it cannot be written.

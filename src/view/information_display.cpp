@@ -113,11 +113,10 @@ void InformationDisplay::ShowLocalFile() {
     view_.SetDisp(kDispDataLine2, "Copyright: " + session_.AsxInfo.copyright);
     return;
   }
-  std::string line =
-      FormatByteSize(FileSizeBytes(settings_.CurrentFile), text_.DecimalSeparator());
+  std::string line = FormatByteSize(FileSizeBytes(settings_.CurrentFile), text_.DecimalSeparator());
   if (session_.MovieWidth >= 1 && session_.MovieHeight >= 1) {
-    line += ", " + std::to_string(session_.MovieWidth) + " x " +
-            std::to_string(session_.MovieHeight);
+    line +=
+        ", " + std::to_string(session_.MovieWidth) + " x " + std::to_string(session_.MovieHeight);
   }
   view_.SetDisp(kDispDataLine1, line + ", " + UpperAscii(extension) + " file");
   view_.SetDisp(kDispDataLine2, "");

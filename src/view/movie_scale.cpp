@@ -7,7 +7,9 @@
 namespace kv {
 namespace {
 
-int RoundToEven(double value) { return static_cast<int>(std::nearbyint(value)); }
+int RoundToEven(double value) {
+  return static_cast<int>(std::nearbyint(value));
+}
 
 }  // namespace
 
@@ -49,7 +51,9 @@ std::string ScaleText(const MovieScale& scale, int movie_width, int movie_height
   const double percent = 100.0 / (static_cast<double>(movie_width) * movie_height) *
                          (static_cast<double>(scale.AreaWidth) * scale.AreaHeight);
   std::array<char, 96> text{};
-  std::snprintf(text.data(), text.size(), "%04.1f %% (%d x %d)", percent, scale.AreaWidth,
+  // Halves go away from zero, as everywhere in a text.
+  const double shown = std::round(percent * 10.0) / 10.0;
+  std::snprintf(text.data(), text.size(), "%04.1f %% (%d x %d)", shown, scale.AreaWidth,
                 scale.AreaHeight);
   return text.data();
 }

@@ -8,9 +8,9 @@
 namespace kv {
 
 struct MovieScaleInput {
-  int ScaleWidth = 0;   // inner size of the main window
+  int ScaleWidth = 0;  // inner size of the main window
   int ScaleHeight = 0;
-  int PanelHeight = 0;  // height of the control strip, 0 or 1 when it is hidden
+  int PanelHeight = 0;          // height of the control strip, 0 or 1 when it is hidden
   bool AutoHide = false;        // the strip hides itself, so it may lie over the movie
   bool PanelAccounted = false;  // with AutoHide: keep the strip's height free all the same
   bool KeepAspect = false;

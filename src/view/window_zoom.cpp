@@ -10,7 +10,8 @@ constexpr float kSmallest = 0.5F;
 constexpr float kStep = 0.1F;
 
 int Scaled(int length, float factor) {
-  return static_cast<int>(std::nearbyint(static_cast<double>(length) * static_cast<double>(factor)));
+  return static_cast<int>(
+      std::nearbyint(static_cast<double>(length) * static_cast<double>(factor)));
 }
 
 }  // namespace

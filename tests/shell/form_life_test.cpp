@@ -1,0 +1,297 @@
+// How the last medium comes back, and how the program goes down, on a fake medium.
+#include "shell/form_life.h"
+
+#include "support/fake_graph.h"
+#include "support/fake_pump.h"
+#include "support/scripted_dialogs.h"
+
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kv {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+class FormLifeTest : public testing::Test, protected FormLifeHost {
+ protected:
+  FormLifeTest() {
+    factory.media["/m/a.avi"] = {.duration = 100, .width = 64, .height = 48};
+    factory.media["/m/b.mp3"] = {.duration = 100};
+    settings.LastPosition = 40;
+  }
+
+  void OpenFile(const std::string& File, OpenArguments arguments) override {
+    log.push_back(
+        "open " + File + (arguments.FromPlaylist ? " list" : "") +
+        (arguments.StartPlaying ? " play" : "") + (arguments.KeepWindowSize ? " keep" : "") +
+        (arguments.ShowOnOpen ? " show" : "") + (arguments.IsResumeStart ? " resume" : ""));
+    if (File.ends_with(".txt")) return;  // refused
+    movie.DS_OpenFile(File, 0, 0, 0, 0, 0);
+    settings.CurrentFile = File;
+    if (while_opening) std::exchange(while_opening, nullptr)();
+  }
+  void BUtton_Click(int Index) override {
+    log.push_back("button " + std::to_string(Index));
+    movie.DS_Play();
+  }
+  void UpdateFileDisp(const std::string& text) override { log.push_back("title" + text); }
+  void UpdateFileDataDisplay() override { log.emplace_back("data"); }
+  int PlaylistCount() const override { return static_cast<int>(list.size()); }
+  std::string PlaylistItem(int index) const override {
+    const auto at = static_cast<std::size_t>(index - 1);
+    return at < list.size() ? list[at] : "";
+  }
+  void SavePlaylist(const std::string& file) override {
+    if (file == "/throws") throw std::runtime_error("No space left");
+    log.push_back("save " + file);
+  }
+  void SavePlaylistToggle() override {
+    log.emplace_back("save as");
+    session.PlaylistDirty = !saved;
+  }
+  void HideForm() override { log.emplace_back("hide"); }
+  void StopAllTimers() override { log.emplace_back("stop timers"); }
+  void AbandonOpen() override { log.emplace_back("abandon"); }
+  void UnloadOtherForms() override { log.emplace_back("forms"); }
+  void RegisterRestart() override { log.emplace_back("run once"); }
+  void SaveSettings() override {
+    log.emplace_back(IsOn(settings.RestartPlaying) ? "settings, restart" : "settings");
+    EXPECT_FALSE(movie.DS_IsOpen());
+  }
+  void StopWheelHook() override { log.emplace_back("wheel"); }
+
+  VirtualTime time;
+  FakePump pump{&time};
+  FakeGraphFactory factory{time, pump};
+  clsDShowControl movie{factory, pump};
+  Settings settings;
+  Session session;
+  ScriptedDialogs dialogs;
+  std::vector<std::string> list;
+  std::vector<std::string> log;
+  std::function<void()> while_opening;
+  bool saved = false;
+  FormLife life{*this, movie, settings, session, dialogs, pump};
+};
+
+TEST_F(FormLifeTest, OpensTheLastMediumOrNothing) {
+  const struct {
+    int index;
+    bool from_list;
+    std::vector<std::string> list;
+    std::string file;
+    std::vector<std::string> log;
+    std::string file_after;
+  } rows[] = {
+      {0, false, {}, "", {"data", "title"}, ""},
+      {0, true, {"/m/b.mp3"}, "/m/a.avi", {"open /m/a.avi keep", "title"}, "/m/a.avi"},
+      {2, false, {"/m/b.mp3"}, "/m/a.avi", {"open /m/a.avi keep", "title"}, "/m/a.avi"},
+      {1, true, {"/m/b.mp3"}, "/m/a.avi", {"open /m/b.mp3 list keep", "data", "title"}, "/m/b.mp3"},
+      {5, true, {"/m/b.mp3"}, "/m/a.avi", {"data", "title"}, ""},
+      {5, true, {}, "/m/a.avi", {"data", "title"}, ""},
+      {0, false, {}, "/m/x.txt", {"open /m/x.txt keep", "title"}, ""},
+      {0, false, {}, "/gone.mp3", {"open /gone.mp3 keep", "title"}, "/gone.mp3"},
+  };
+  for (const auto& row : rows) {
+    movie.DS_Remove();
+    log.clear();
+    list = row.list;
+    settings.PlaylistIndex = row.index;
+    settings.PreviousItemPosition = 3;
+    settings.PlayingFromPlaylist = FromBool(row.from_list);
+    settings.CurrentFile = row.file;
+    settings.RestartPlaying = FromBool(false);
+    life.OnLoadLast(false);
+    EXPECT_EQ(log, row.log);
+    EXPECT_EQ(settings.CurrentFile, row.file_after);
+    const bool emptied = row.index == 5 && row.list.empty();
+    EXPECT_EQ(settings.PlaylistIndex, emptied ? 0 : row.index);
+    EXPECT_EQ(settings.PreviousItemPosition, emptied ? -1 : 3);
+  }
+}
+
+TEST_F(FormLifeTest, ReturnsToTheLastPosition) {
+  const struct {
+    bool store_pos;
+    double resume;
+    bool init_last_frame, auto_start, restart_playing;
+    std::string file;
+    double position;
+    int state;  // 1 plays, 2 is paused
+  } rows[] = {
+      {false, -1, false, false, false, "/m/a.avi", 0, 0},
+      {true, -1, false, false, false, "/m/a.avi", 40, 0},
+      {false, 5, false, false, false, "/m/a.avi", 40, 0},
+      {true, -1, true, false, false, "/m/a.avi", 40, 2},
+      {true, -1, true, false, false, "/m/b.mp3", 40, 0},  // no picture, no frame
+      {true, -1, false, true, false, "/m/b.mp3", 40, 1},
+      {true, -1, true, false, true, "/m/a.avi", 40, 1},
+      {true, -1, true, true, true, "/gone.mp3", 0, 1},
+  };
+  for (const auto& row : rows) {
+    movie.DS_Remove();
+    settings.CurrentFile = row.file;
+    settings.StorePos = FromBool(row.store_pos);
+    settings.InitLastFrame = FromBool(row.init_last_frame);
+    settings.AutoStart = FromBool(row.auto_start);
+    settings.RestartPlaying = FromBool(row.restart_playing);
+    session.ResumePosition = row.resume;
+    life.OnLoadLast(false);
+    EXPECT_EQ(movie.DS_GetPosition(), row.position) << row.file;
+    EXPECT_EQ(movie.State(), row.state) << row.file;
+    EXPECT_TRUE(movie.DS_IsOpen());
+    EXPECT_FALSE(IsOn(settings.RestartPlaying));
+  }
+}
+
+TEST_F(FormLifeTest, LeavesAloneWhatWasOpenedByOtherMeans) {
+  settings.StorePos = settings.AutoStart = settings.RestartPlaying = FromBool(true);
+  settings.CurrentFile = "/m/b.mp3";
+  life.OnLoadLast(true);
+  EXPECT_THAT(log, IsEmpty());
+  EXPECT_FALSE(IsOn(settings.RestartPlaying));
+
+  // While the last medium was waited for, another start has brought its own, which plays.
+  while_opening = [this] {
+    OpenFile("/m/a.avi", {});
+    movie.DS_Play();
+    time.Advance(3000);
+  };
+  life.OnLoadLast(false);
+  EXPECT_EQ(settings.CurrentFile, "/m/a.avi");
+  EXPECT_EQ(movie.DS_GetPosition(), 3);
+  EXPECT_THAT(log, Not(Contains("button 0")));
+  EXPECT_EQ(log.back(), "title");
+
+  // The medium of a resume file has another name and is the one that was wanted.
+  movie.DS_Remove();
+  settings.CurrentFile = "/m/later.kvr";
+  while_opening = [this] {
+    session.ResumePosition = 7;
+    settings.CurrentFile = "/m/a.avi";
+  };
+  life.OnLoadLast(false);
+  EXPECT_EQ(log.back(), "title");
+  EXPECT_THAT(log, Contains("button 0"));
+}
+
+TEST_F(FormLifeTest, StopsLoadingWhenTheProgramIsClosedMeanwhile) {
+  settings.CurrentFile = "/m/a.avi";
+  settings.AutoStart = settings.AutoRestart = FromBool(true);
+  while_opening = [this] {
+    movie.DS_Play();
+    EXPECT_TRUE(life.Form_QueryUnload(UnloadMode::kSessionEnd));
+  };
+  life.OnLoadLast(false);
+  EXPECT_EQ(log.back(), "wheel");
+  EXPECT_EQ(settings.CurrentFile, "/m/a.avi");
+  EXPECT_TRUE(IsOn(settings.RestartPlaying));  // as it was stored
+}
+
+TEST_F(FormLifeTest, GoesDownInOrderAndOnce) {
+  movie.DS_OpenFile("/m/a.avi", 0, 0, 0, 0, 0);
+  settings.RestartPlaying = settings.AutoRestart = FromBool(true);
+  session.FormLoaded = true;
+  EXPECT_TRUE(life.Form_QueryUnload(UnloadMode::kUser));
+  EXPECT_THAT(log, ElementsAre("hide", "stop timers", "abandon", "forms", "settings", "wheel"));
+  EXPECT_TRUE(session.Unloading);
+  EXPECT_FALSE(session.FormLoaded);
+  EXPECT_FALSE(movie.DS_IsOpen());
+  log.clear();
+  settings.SavePlaylist = FromBool(true);
+  session.PlaylistDirty = true;
+  EXPECT_TRUE(life.Form_QueryUnload(UnloadMode::kSessionEnd));  // too late for anything
+  EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(FormLifeTest, AsksForAnUnsavedPlaylistUnlessItIsSavedWithoutAsking) {
+  const struct {
+    bool save_playlist, dirty, saved;
+    std::vector<BoxAnswer> answer;
+    bool closes;
+    std::string first;
+  } rows[] = {
+      {true, true, false, {}, true, "save /m/list.m3u"},
+      {true, false, false, {}, true, "save /m/list.m3u"},
+      {false, false, false, {}, true, "hide"},
+      {false, true, false, {BoxAnswer::kCancel}, false, ""},
+      {false, true, false, {BoxAnswer::kNo}, true, "hide"},
+      {false, true, true, {BoxAnswer::kYes}, true, "save as"},
+      {false, true, false, {BoxAnswer::kYes}, false, "save as"},  // no place was chosen
+  };
+  for (const auto& row : rows) {
+    log.clear();
+    session = Session{};
+    session.PlaylistDirty = row.dirty;
+    settings.SavePlaylist = FromBool(row.save_playlist);
+    settings.PlaylistFile = "/m/list.m3u";
+    saved = row.saved;
+    movie.DS_OpenFile("/m/a.avi", 0, 0, 0, 0, 0);
+    movie.DS_Play();
+    for (const BoxAnswer answer : row.answer) dialogs.WillAnswer(answer);
+    FormLife fresh(*this, movie, settings, session, dialogs, pump);
+    EXPECT_EQ(fresh.Form_QueryUnload(UnloadMode::kUser), row.closes);
+    EXPECT_EQ(log.empty() ? "" : log.front(), row.first);
+    EXPECT_EQ(session.Unloading, row.closes);
+    EXPECT_EQ(movie.DS_IsOpen(), !row.closes);
+    if (!row.closes) {
+      EXPECT_THAT(log, Not(Contains("stop timers")));
+      EXPECT_TRUE(movie.DS_IsRunning());
+    }
+  }
+  for (const MessageBoxRequest& box : dialogs.Boxes()) {
+    EXPECT_EQ(box.text,
+              "Current playlist is not saved!\n\nDo you want to save it before you quit ?");
+    EXPECT_EQ(box.icon, BoxIcon::kQuestion);
+    EXPECT_EQ(box.buttons, BoxButtons::kYesNoCancel);
+  }
+  EXPECT_EQ(dialogs.Boxes().size(), 4U);
+}
+
+TEST_F(FormLifeTest, RemembersAtTheEndOfTheSessionWhetherItPlayed) {
+  const struct {
+    bool auto_restart, open, play, pause, run_once, restart;
+  } rows[] = {
+      {true, true, true, false, true, true},    {true, true, true, true, true, false},
+      {true, true, false, false, true, false},  {true, false, false, false, true, false},
+      {false, true, true, false, false, false},
+  };
+  for (const auto& row : rows) {
+    log.clear();
+    session = Session{};
+    settings.AutoRestart = FromBool(row.auto_restart);
+    clsDShowControl fresh_movie(factory, pump);
+    if (row.open) fresh_movie.DS_OpenFile("/m/a.avi", 0, 0, 0, 0, 0);
+    if (row.play) fresh_movie.DS_Play();
+    if (row.pause) fresh_movie.DS_Pause();
+    FormLife fresh(*this, fresh_movie, settings, session, dialogs, pump);
+    EXPECT_TRUE(fresh.Form_QueryUnload(UnloadMode::kSessionEnd));
+    std::vector<std::string> expected = {"hide", "stop timers", "abandon"};
+    if (row.run_once) expected.emplace_back("run once");
+    expected.emplace_back(row.restart ? "settings, restart" : "settings");
+    expected.emplace_back("wheel");
+    EXPECT_EQ(log, expected);
+    EXPECT_FALSE(fresh_movie.DS_IsOpen());
+  }
+}
+
+TEST_F(FormLifeTest, TellsAnErrorAndGoesDownAllTheSame) {
+  settings.SavePlaylist = FromBool(true);
+  settings.PlaylistFile = "/throws";
+  EXPECT_TRUE(life.Form_QueryUnload(UnloadMode::kUser));
+  ASSERT_EQ(dialogs.Boxes().size(), 1U);
+  EXPECT_EQ(dialogs.LastText(), "Error terminating Kestrelview:\n\nNo space left\nCode:0");
+  EXPECT_EQ(dialogs.Boxes()[0].icon, BoxIcon::kStop);
+}
+
+}  // namespace
+}  // namespace kv

@@ -1,0 +1,492 @@
+// The playback tick on the true road: `PosTimer` every 30 ms of virtual time over sliders, marks
+// and transport, on fake media, with a small list that opens its entries by a timer.
+#include "shell/playback_tick.h"
+
+#include "support/fake_graph.h"
+#include "support/fake_pump.h"
+#include "support/fake_text_platform.h"
+
+#include <cstdlib>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace {
+// Counted for the whole program, looked at by one test.
+std::size_t allocations = 0;
+}  // namespace
+
+#ifndef __clang_analyzer__  // it would look for the deletes of the whole test library
+void* operator new(std::size_t size) {
+  ++allocations;
+  if (void* const block = std::malloc(size > 0 ? size : 1)) return block;
+  throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept {
+  std::free(block);
+}
+void operator delete(void* block, std::size_t /*size*/) noexcept {
+  std::free(block);
+}
+#endif
+
+namespace kv {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kMedium = "/m/a.avi";
+
+// The rest of the player, as far as the tick reaches.
+struct Player : TransportNavigation,
+                TickNavigation,
+                TransportMenu,
+                TransportVisuals,
+                TransportDisplay,
+                MarksView,
+                PicTime,
+                SliderLabels,
+                SliderMeter {
+  int PlaylistCount() const override { return count; }
+  std::string PlaylistItem(int index) const override { return std::to_string(index) + ".avi"; }
+  void PlaylistSetPrevious(bool /*first*/, bool /*now*/) override {}
+  void PlaylistSetNext(bool /*last*/, int /*index*/, bool /*now*/) override {
+    log.emplace_back("next");
+    if (in_next) in_next();
+    if (!opens) return;
+    ++settings.PlaylistIndex;
+    StartPlaylistTimer(true);
+  }
+  void StartPlaylistTimer(bool immediate) override {
+    if (opens) {
+      play_from_playlist->Restart(10);
+    } else {
+      log.emplace_back(immediate ? "timer" : "slow timer");
+    }
+  }
+  bool PlayFromPlaylistEnabled() const override { return play_from_playlist->Enabled(); }
+  void RunMenuCommand(std::string_view /*key*/) override {}
+  void SetMenuEnabled(std::string_view /*key*/, bool /*enabled*/) override {}
+  void PopUpMainMenu() override {}
+  void SetVumeterVisible() override {}
+  bool StopMeter() override { return false; }
+  void StartMeter() override {}
+  void CyclePlugins() override {}
+  void ReleasePlugin() override { log.emplace_back("stop"); }
+  void UpdateFileDisp(const std::string& /*text*/) override {}
+  void UpdateFileDataDisplay() override {}
+  void ShowStatus(int /*kind*/) override {}
+  void SetRepeatFace(int /*face*/) override {}
+  PlaylistWindow StateOfPlaylistWindow() const override { return PlaylistWindow::kOpen; }
+  void ShowPlaylistWindow() override {}
+  void RestorePlaylistWindow() override {}
+  void FocusPlaylistWindow() override {}
+  void SetAbFace(int /*face*/) override {}
+  void SetAbToolTip(const std::string& /*text*/) override {}
+  void Cls() override {}
+  void Print(int x, const std::string& text) override {
+    if (x == 1) shown_time = text;
+  }
+  void SetSliderLabel(SliderLabel /*which*/, const std::string& /*text*/,
+                      bool /*settled*/) override {}
+  void PrepareVUStop() override {}
+  void PrepareVUStart() override {}
+
+  Player() {
+    sliders.Configure();
+    sliders.Connect();
+    slider1.SetSize(111, 21);
+    timer->SetEnabled(true);
+  }
+
+  // Opens as the player does: the slider follows only when the engine is ready.
+  void Open(const std::string& file, bool play = true) {
+    log.push_back("open " + file);
+    movie.DS_Stop();
+    movie.DS_OpenFile(file, 0, 0, 0, 0, 0);
+    settings.CurrentFile = file;
+    slider1.SetValue(0);
+    slider1.SetMax(movie.DS_GetDuration());
+    movie.DS_GetMovieSize(session.MovieWidth, session.MovieHeight);
+    marks.ResetAB();
+    if (play) movie.DS_Play();
+  }
+
+  void Play(const FakeMedium& medium) {
+    factory.media[kMedium] = medium;
+    Open(kMedium);
+    log.clear();
+  }
+
+  void PlayFromPlaylist() {
+    play_from_playlist->SetEnabled(false);
+    Open(PlaylistItem(settings.PlaylistIndex));
+  }
+
+  bool Playing() const { return movie.DS_IsRunning() && !movie.DS_IsPaused(); }
+
+  // Until something is done about it, at most `milliseconds`; answers how long that took.
+  std::int64_t AdvanceUntilLogged(std::int64_t milliseconds) {
+    const std::int64_t begin = time.Milliseconds();
+    while (log.empty() && time.Milliseconds() - begin < milliseconds) time.Advance(1);
+    return time.Milliseconds() - begin;
+  }
+
+  std::vector<std::string> log;
+  int count = 0;
+  bool opens = false;  // the list opens what it steps to
+  std::function<void()> in_next;
+  std::string shown_time;
+
+  VirtualTime time;
+  FakePump pump{&time};
+  FakeGraphFactory factory{time, pump};
+  clsDShowControl movie{factory, pump};
+  Settings settings;
+  Session session;
+  FakeTextPlatform platform;
+  ScrollerSurface surface;
+  ScrollerModel slider1{surface}, slider2{surface}, slider3{surface}, slider4{surface};
+  TimeDisplay display{movie, settings, platform, *this};
+  Sliders sliders{{slider1, slider2, slider3, slider4},
+                  movie,
+                  settings,
+                  session,
+                  display,
+                  platform,
+                  *this,
+                  *this};
+  Marks marks{movie, session, slider1, *this};
+  Transport transport{movie, settings, session, marks, pump, *this, *this, *this, *this};
+  PlaybackTick tick{movie, settings, session, slider1, sliders, transport, *this};
+  std::unique_ptr<Timer> play_from_playlist =
+      time.MakeTimer(TimerKind::kOrdinary, 10, [this] { PlayFromPlaylist(); });
+  std::unique_ptr<Timer> timer =
+      time.MakeTimer(TimerKind::kHighResolution, 30, [this] { tick.PosTimer(); });
+};
+
+TEST(PlaybackTick, MovesTheSliderAndTheTime) {
+  Player player;
+  player.Play({.duration = 10});
+  player.time.Advance(1500);
+  EXPECT_DOUBLE_EQ(player.slider1.Value(), 1.5);
+  EXPECT_EQ(player.shown_time, "00:00:01.50");
+}
+
+TEST(PlaybackTick, WhatFollowsTheEnd) {
+  const std::vector<std::string> next = {"next"}, wrap = {"timer"}, stop = {"stop"}, again = {};
+  const struct {
+    int repeat, index, count;
+    bool from_list, auto_next;
+    std::vector<std::string> log;
+  } rows[] = {
+      {1, 0, 0, false, false, again}, {1, 1, 3, true, true, again}, {1, 3, 3, true, true, again},
+      {0, 0, 0, false, true, stop},   {2, 0, 0, true, true, stop},  {0, 0, 0, true, true, stop},
+      {0, 1, 3, true, true, next},    {2, 2, 3, true, true, next},  {0, 2, 3, true, false, stop},
+      {2, 2, 3, true, false, stop},   {2, 3, 3, true, true, wrap},  {2, 3, 3, true, false, wrap},
+      {2, 0, 3, true, true, wrap},    {2, 9, 3, true, false, wrap}, {0, 3, 3, true, true, stop},
+      {0, 0, 3, true, true, stop},    {0, 1, 3, false, true, stop}, {2, 3, 3, false, true, stop},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << "repeat " << row.repeat << " list " << row.from_list << " "
+                                    << row.index << "/" << row.count << " auto " << row.auto_next);
+    Player player;
+    player.settings.RepeatMode = row.repeat;
+    player.settings.PlayingFromPlaylist = FromBool(row.from_list);
+    player.settings.PlaylistIndex = row.index;
+    player.settings.AutoNext = FromBool(row.auto_next);
+    player.count = row.count;
+    player.Play({.duration = 2});
+    player.AdvanceUntilLogged(2400);
+    EXPECT_EQ(player.log, row.log);
+    EXPECT_EQ(player.settings.PlaylistIndex, row.log == wrap ? 1 : row.index);
+    if (row.log == again) {
+      EXPECT_TRUE(player.Playing());
+      EXPECT_LT(player.movie.DS_GetPosition(), 0.5);
+    }
+    if (row.log == stop) {  // held at the start, and quiet
+      EXPECT_EQ(player.movie.State(), 2);
+      player.time.Advance(3000);
+      EXPECT_EQ(player.log, stop);
+      EXPECT_EQ(player.slider1.Value(), 0);
+    }
+  }
+}
+
+TEST(PlaybackTick, TheEndIsSixSamplesThatStandStill) {
+  Player player;
+  player.Play({.duration = 2});
+  // First seen at 2.0 s by the tick at 2010 ms.
+  EXPECT_EQ(player.AdvanceUntilLogged(5000), 2010 + 6 * 30);
+}
+
+TEST(PlaybackTick, AStallIsTheEndOnlyInTheLastSecond) {
+  const struct {
+    double duration, from, to;
+    bool taken_for_the_end;
+  } rows[] = {
+      {10, 3, 5, false},     {10, 8.95, 9.5, false}, {10, 9.0, 9.4, true},
+      {10, 9.5, 9.9, true},  {10, 9.5, 9.65, false},  // too short for six samples
+      {0.8, 0.1, 0.5, true},                          // all of it is its last second
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.duration << " s, stall from " << row.from);
+    Player player;
+    player.Play({.duration = row.duration, .stalls = {{row.from, row.to}}});
+    player.time.Advance(static_cast<std::int64_t>(row.to * 1000));
+    EXPECT_EQ(!player.log.empty(), row.taken_for_the_end);
+    player.AdvanceUntilLogged(10000);
+    EXPECT_THAT(player.log, ElementsAre("stop"));
+  }
+}
+
+TEST(PlaybackTick, PausedOrSlowNearTheEndIsNoEnd) {
+  Player player;
+  player.Play({.duration = 2});
+  player.time.Advance(1900);
+  player.movie.DS_Pause();
+  player.time.Advance(5000);
+  EXPECT_THAT(player.log, IsEmpty());
+  player.movie.DS_SetPosition(1.0);
+  player.movie.DS_Play();
+  player.movie.DS_SetRate(0.1);
+  player.time.Advance(9900);
+  EXPECT_THAT(player.log, IsEmpty());
+  player.time.Advance(400);
+  EXPECT_THAT(player.log, ElementsAre("stop"));
+}
+
+TEST(PlaybackTick, MarksLoopAndTurnOffTheEnd) {
+  const struct {
+    double first, second;  // where the button is pressed
+    double lowest, highest;
+  } rows[] = {{0.0, 0.5, 0.0, 0.53},
+              {1.0, 1.5, 1.0, 1.53},
+              {1.5, 1.0, 1.0, 1.53},
+              {1.2, 1.2, 1.2, 1.23},
+              {1.8, 2, 1.8, 2}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.first << " > " << row.second);
+    Player player;
+    player.Play({.duration = 2});
+    player.time.Advance(30);
+    for (const double press : {row.first, row.second}) {
+      player.movie.DS_SetPosition(press);
+      player.transport.BUtton_Click(Transport::kMarks);
+    }
+    player.movie.DS_SetPosition(row.lowest);
+    int loops = 0;
+    for (int i = 0; i < 10000; ++i) {
+      const double before = player.movie.DS_GetPosition();
+      player.time.Advance(1);
+      loops += player.movie.DS_GetPosition() < before ? 1 : 0;
+      ASSERT_GE(player.movie.DS_GetPosition(), row.lowest);
+      ASSERT_LE(player.movie.DS_GetPosition(), row.highest + 1e-9);
+    }
+    EXPECT_GE(loops, 18);
+    EXPECT_THAT(player.log, IsEmpty());
+    EXPECT_TRUE(player.Playing());
+    player.transport.BUtton_Click(Transport::kMarks);  // off: the medium ends
+    player.time.Advance(2000);
+    EXPECT_THAT(player.log, ElementsAre("stop"));
+  }
+}
+
+TEST(PlaybackTick, TheEndOfAResumeSection) {
+  const struct {
+    int repeat, index, index_after;
+    bool from_list, loops;
+    std::vector<std::string> log;  // until well behind the section's end, at 3 s
+    std::vector<std::string> end;  // what follows until the medium has ended, at 6 s
+  } rows[] = {
+      {0, 1, 1, false, true, {}, {}},
+      {2, 3, 3, false, true, {}, {}},
+      {1, 1, 1, true, true, {}, {}},
+      {1, 3, 3, true, true, {}, {}},
+      {0, 1, 1, true, false, {"next"}, {"next", "stop"}},
+      {0, 3, 0, true, false, {}, {"stop"}},  // plays on past the mark
+      {2, 3, 1, true, false, {}, {"timer"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << "list " << row.from_list << " repeat " << row.repeat << " "
+                                    << row.index << "/3");
+    Player player;
+    player.settings.PlayingFromPlaylist = FromBool(row.from_list);
+    player.settings.RepeatMode = row.repeat;
+    player.settings.PlaylistIndex = row.index;
+    player.count = 3;
+    player.Play({.duration = 6});
+    player.session.ResumePosition = 1;
+    player.session.ResumeEndPosition = 3;
+    player.movie.DS_SetPosition(2.5);
+    player.time.Advance(1500);
+    EXPECT_EQ(player.log, row.log);
+    EXPECT_EQ(player.movie.DS_GetPosition() < 3, row.loops);
+    player.movie.DS_Pause();  // behind the mark nothing is done about it, nor by going on
+    player.movie.DS_SetPosition(4);
+    player.time.Advance(100);
+    EXPECT_EQ(player.movie.DS_GetPosition(), 4);
+    player.movie.DS_Play();
+    player.time.Advance(2320);
+    EXPECT_EQ(player.log, row.end);
+    EXPECT_EQ(player.settings.PlaylistIndex, row.index_after);
+  }
+}
+
+TEST(PlaybackTick, WithAnOpenPendingOnlyTheSliderMoves) {
+  Player player;
+  player.count = 3;
+  player.settings.PlayingFromPlaylist = FromBool(true);
+  player.settings.AutoNext = FromBool(true);
+  player.settings.PlaylistIndex = 1;
+  player.Play({.duration = 2});
+  player.play_from_playlist->Restart(60000);
+  player.session.ResumeEndPosition = 1;
+  player.session.MarkA = 0;
+  player.session.MarkB = 1.5;
+  player.time.Advance(4000);
+  EXPECT_THAT(player.log, IsEmpty());
+  EXPECT_EQ(player.slider1.Value(), 2);
+}
+
+TEST(PlaybackTick, ATickInsideATickDoesNothing) {
+  Player player;
+  player.count = 3;
+  player.settings.PlayingFromPlaylist = FromBool(true);
+  player.settings.AutoNext = FromBool(true);
+  player.settings.PlaylistIndex = 1;
+  player.in_next = [&] {  // as a message box that pumps would
+    for (int i = 0; i < 20 && player.log.size() < 5; ++i) player.tick.PosTimer();
+  };
+  player.Play({.duration = 2});
+  player.AdvanceUntilLogged(5000);
+  EXPECT_THAT(player.log, ElementsAre("next"));
+}
+
+TEST(PlaybackTick, AListPlaysThroughAndWraps) {
+  for (const int render_milliseconds : {0, 500}) {
+    SCOPED_TRACE(render_milliseconds);
+    Player player;
+    for (const int entry : {1, 2, 3}) {
+      player.factory.media[player.PlaylistItem(entry)] = {
+          .duration = 2, .render_milliseconds = render_milliseconds};
+    }
+    player.count = 3;
+    player.opens = true;
+    player.settings.PlayingFromPlaylist = FromBool(true);
+    player.settings.AutoNext = FromBool(true);
+    player.settings.RepeatMode = 2;
+    player.settings.PlaylistIndex = 1;
+    player.PlayFromPlaylist();
+    // The first two leave at a mark of their own, the last at its end.
+    player.session.ResumeEndPosition = 1;
+    for (const int entry : {1, 2}) {
+      while (player.settings.PlaylistIndex == entry) player.time.Advance(1);
+      EXPECT_LT(player.movie.DS_GetPosition(), 1.1);
+    }
+    player.session.ResumeEndPosition = kNoPosition;
+    player.time.Advance(2200 + 2 * (10 + render_milliseconds) + 100);
+    EXPECT_THAT(player.log, ElementsAre("open 1.avi", "next", "open 2.avi", "next", "open 3.avi",
+                                        "open 1.avi"));
+    EXPECT_TRUE(player.Playing());
+  }
+}
+
+TEST(PlaybackTick, KeepsOffWhileTheUserScrubs) {
+  Player player;
+  player.Play({.duration = 100, .width = 64, .height = 48});
+  player.slider1.PointerDown(kLeftButton, kCtrlKey, 5, 10);
+  player.slider1.PointerMove(kLeftButton, 104, 10);
+  ASSERT_TRUE(player.sliders.CtrlScrubbing());
+  ASSERT_NEAR(player.movie.DS_GetPosition(), 99, 1e-9);
+  player.movie.DS_Play();  // even when it runs to its end under the knob
+  player.time.Advance(3000);
+  EXPECT_THAT(player.log, IsEmpty());
+  EXPECT_NEAR(player.slider1.Value(), 99, 1e-9);
+  player.slider1.PointerUp(kLeftButton, kCtrlKey, 104, 10);  // starts over
+  player.time.Advance(1000);
+  EXPECT_NEAR(player.slider1.Value(), 1, 0.03);
+}
+
+TEST(PlaybackTick, StreamsWithoutPositionOrLengthAreLeftAlone) {
+  const struct {
+    const char* entry;
+    double duration;
+    bool followed;
+  } rows[] = {
+      {"http://host/a", 2, false},
+      {"MMS://host/a", 2, true},
+      {"mms://host/a", 0, false},
+      {"", 0, false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.entry);
+    Player player;
+    player.session.AsxInfo.entry = row.entry;
+    player.Play({.duration = row.duration, .stalls = {{1.5, 1e9}}});
+    player.time.Advance(3000);
+    EXPECT_EQ(player.log.empty(), !row.followed);
+  }
+}
+
+TEST(PlaybackTick, AnIdleTickAllocatesNothing) {
+  Player player;
+  const auto allocated_by_ticks = [&] {
+    player.tick.PosTimer();
+    const std::size_t before = allocations;
+    for (int i = 0; i < 100; ++i) player.tick.PosTimer();
+    return allocations - before;
+  };
+  EXPECT_EQ(allocated_by_ticks(), 0U) << "nothing open";
+  player.Play({.duration = 100});
+  player.settings.CurrentFile = "/a/name/that/is/longer/than/a/short/text/holds/in/itself.avi";
+  player.time.Advance(3000);
+  player.movie.DS_Pause();
+  EXPECT_EQ(allocated_by_ticks(), 0U) << "paused";
+  player.movie.DS_Play();
+  player.time.Advance(30);
+  EXPECT_EQ(player.shown_time, "00:00:03.03");
+}
+
+struct Window : MovieView {
+  explicit Window(FakePump& fake_pump) : pump(fake_pump) {}
+  void Log(const char* what, bool visible) {
+    log.push_back((visible ? "+" : "-") + std::string(what));
+  }
+  void SetRenderVisible(bool visible) override {
+    Log("render", visible);
+    pump.Post([this] { log.emplace_back("pump"); });
+  }
+  void SetVuMeter1Visible(bool visible) override { Log("meter", visible); }
+  void SetLogoVisible(bool visible) override { Log("logo", visible); }
+  void SetVumeterVisible() override { log.emplace_back("decide"); }
+  void ExtPluginMediaChanged() override { log.emplace_back("plugin"); }
+
+  FakePump& pump;
+  std::vector<std::string> log;
+};
+
+TEST(MovieEvents, TheLogoCoversAnOpenAlsoWhenItFails) {
+  VirtualTime time;
+  FakePump pump(&time);
+  FakeGraphFactory factory(time, pump);
+  clsDShowControl movie(factory, pump);
+  Window window(pump);
+  MovieEvents events(window, pump);
+  movie.SetEvents(&events);
+  EXPECT_FALSE(movie.DS_OpenFile("/m/none", 0, 0, 0, 0, 0));
+  EXPECT_THAT(window.log, ElementsAre("-render", "-meter", "+logo", "pump", "plugin", "+render",
+                                      "+meter", "-logo", "pump"));
+  window.log.clear();
+  movie.DS_Play();
+  movie.DS_Pause();
+  movie.DS_Stop();
+  EXPECT_THAT(window.log, ElementsAre("decide", "decide", "decide"));
+}
+
+}  // namespace
+}  // namespace kv

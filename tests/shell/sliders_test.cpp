@@ -1,0 +1,265 @@
+// The sliders as the user moves them: through the models, on a fake medium.
+//
+// Each slider is 111 pixels wide with a knob of 11, so that it travels 100; the media last 100 s,
+// so that a second is a pixel.
+#include "shell/sliders.h"
+
+#include "support/fake_graph.h"
+#include "support/fake_pump.h"
+#include "support/fake_text_platform.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kv {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct Surface : ScrollerSurface {
+  std::optional<SetMenuItem> PopUpSetMenu(const SetMenuCaptions& captions) override {
+    menu = captions.set_to_min + "/" + captions.set_to_mid + "/" + captions.set_to_max;
+    return pick;
+  }
+
+  std::string menu;
+  std::optional<SetMenuItem> pick;
+};
+
+struct View : PicTime, SliderLabels, SliderMeter {
+  void Cls() override {}
+  void Print(int x, const std::string& text) override {
+    if (x == 1) time = text;
+  }
+  void SetSliderLabel(SliderLabel which, const std::string& text, bool settled) override {
+    labels.push_back(std::to_string(static_cast<int>(which)) + (settled ? "=" : "~") + text);
+  }
+  void PrepareVUStop() override { meter += "stop "; }
+  void PrepareVUStart() override { meter += "start "; }
+
+  std::string time;
+  std::vector<std::string> labels;
+  std::string meter;
+};
+
+struct Bench {
+  Bench() {
+    factory.media["/m/sound.mp3"] = {.duration = 100};
+    factory.media["/m/movie.avi"] = {.duration = 100, .width = 640, .height = 480};
+    for (ScrollerModel* model : {&slider1, &slider2, &slider3, &slider4}) model->SetSize(111, 21);
+    sliders.Configure();
+    sliders.Connect();
+  }
+
+  void Open(bool video, bool play) {
+    movie.DS_OpenFile(video ? "/m/movie.avi" : "/m/sound.mp3", 0, 0, 0, 0, 0);
+    slider1.SetMax(movie.DS_GetDuration());
+    movie.DS_GetMovieSize(session.MovieWidth, session.MovieHeight);
+    movie.DS_SetPosition(10);
+    slider1.SetValue(10);
+    movie.DS_Play();
+    if (!play) movie.DS_Pause();
+  }
+
+  bool Playing() const { return movie.DS_IsRunning() && !movie.DS_IsPaused(); }
+
+  VirtualTime time;
+  FakePump pump{&time};
+  FakeGraphFactory factory{time, pump};
+  clsDShowControl movie{factory, pump};
+  Settings settings;
+  Session session;
+  FakeTextPlatform text;
+  View view;
+  Surface surface;
+  ScrollerModel slider1{surface}, slider2{surface}, slider3{surface}, slider4{surface};
+  TimeDisplay display{movie, settings, text, view};
+  Sliders sliders{
+      {slider1, slider2, slider3, slider4}, movie, settings, session, display, text, view, view};
+};
+
+struct Drag {
+  const char* what;
+  bool video, ctrl, show_frames, playing;  // before
+  bool follows, paused, scrubbing;         // with the knob at 40
+  bool plays_on;                           // after it was let go
+};
+
+constexpr Drag kDrags[] = {
+    {"sound, playing", false, false, true, true, false, false, false, true},
+    {"sound, paused", false, false, true, false, false, true, false, false},
+    {"sound, Ctrl", false, true, true, true, false, true, false, true},
+    {"picture stays, playing", true, false, false, true, false, false, false, true},
+    {"picture stays, paused", true, false, false, false, false, true, false, false},
+    {"picture follows, playing", true, false, true, true, true, true, false, true},
+    {"picture follows, paused", true, false, true, false, true, true, false, false},
+    {"picture, Ctrl, playing", true, true, false, true, true, true, true, true},
+    {"picture, Ctrl, paused", true, true, false, false, true, true, true, false},
+};
+
+TEST(Sliders, ADragOfThePositionFollowsOrWaits) {
+  for (const bool on_track : {false, true}) {
+    for (const Drag& drag : kDrags) {
+      SCOPED_TRACE(std::string(drag.what) + (on_track ? ", from the track" : ", from the knob"));
+      Bench bench;
+      bench.settings.ShowFramesWhileScrolling = FromBool(drag.show_frames);
+      bench.Open(drag.video, drag.playing);
+      const std::int16_t shift = drag.ctrl ? kCtrlKey : std::int16_t{0};
+      // A press on the track brings the knob there, its edge to be under the pointer.
+      const float press = on_track ? 80.0F : 15.0F;
+      bench.slider1.PointerDown(kLeftButton, shift, press, 10);
+      bench.slider1.PointerMove(kLeftButton, on_track ? 60.0F : 65.0F, 10);
+      bench.slider1.PointerMove(kLeftButton, on_track ? 40.0F : 45.0F, 10);
+      EXPECT_EQ(bench.view.time, "00:00:40.00");
+      EXPECT_DOUBLE_EQ(bench.movie.DS_GetPosition(), drag.follows ? 40 : 10);
+      EXPECT_EQ(bench.movie.DS_IsPaused(), drag.paused);
+      EXPECT_EQ(bench.sliders.CtrlScrubbing(), drag.scrubbing);
+      bench.factory.calls.clear();
+      bench.slider1.PointerUp(kLeftButton, shift, 45, 10);
+      EXPECT_THAT(bench.factory.calls,
+                  testing::Contains("put_CurrentPosition 40").Times(drag.scrubbing ? 0 : 1));
+      EXPECT_DOUBLE_EQ(bench.movie.DS_GetPosition(), 40);
+      EXPECT_EQ(bench.Playing(), drag.plays_on);
+      EXPECT_FALSE(bench.sliders.CtrlScrubbing());
+      // Nothing of it is left for the next drag.
+      bench.movie.DS_Pause();
+      bench.slider1.PointerDown(kLeftButton, 0, 45, 10);
+      bench.slider1.PointerUp(kLeftButton, 0, 45, 10);
+      EXPECT_FALSE(bench.Playing());
+    }
+  }
+}
+
+TEST(Sliders, ALostDragEndsAsOneLetGo) {
+  for (const bool ctrl : {false, true}) {
+    Bench bench;
+    bench.settings.ShowFramesWhileScrolling = FromBool(true);
+    bench.Open(true, true);
+    bench.slider1.PointerDown(kLeftButton, ctrl ? kCtrlKey : std::int16_t{0}, 15, 10);
+    bench.slider1.PointerMove(kLeftButton, 45, 10);
+    EXPECT_FALSE(bench.Playing());
+    bench.slider1.CancelDrag();
+    EXPECT_TRUE(bench.Playing());
+    EXPECT_FALSE(bench.sliders.CtrlScrubbing());
+  }
+}
+
+TEST(Sliders, OnlyTheLeftButtonScrubs) {
+  for (const std::int16_t button : {kRightButton, kMiddleButton}) {
+    Bench bench;
+    bench.Open(true, true);
+    bench.slider1.PointerDown(button, kCtrlKey, 80, 10);
+    bench.slider1.PointerUp(button, kCtrlKey, 80, 10);
+    EXPECT_TRUE(bench.Playing());
+    EXPECT_FALSE(bench.sliders.CtrlScrubbing());
+  }
+}
+
+TEST(Sliders, AStreamWithoutPositionShowsNoTime) {
+  Bench bench;
+  bench.Open(true, true);
+  bench.session.AsxInfo.entry = "http://host/stream";
+  bench.settings.ShowFramesWhileScrolling = FromBool(true);
+  bench.view.time.clear();
+  bench.sliders.Scroller1_Scroll(40, 0, kLeftButton);
+  EXPECT_EQ(bench.view.time, "");
+  EXPECT_TRUE(bench.Playing());
+}
+
+struct Setting {
+  double value;
+  std::vector<std::string> labels;  // "~" while it changes, "=" settled
+  double engine;
+  int stored;
+};
+
+// Every row goes through a pick in the slider's menu, which scrolls and finishes.
+template <class Read, class Stored>
+void RunSettings(const std::vector<Setting>& rows, ScrollerModel Bench::*slider, Read read,
+                 Stored stored) {
+  for (const Setting& row : rows) {
+    SCOPED_TRACE(row.value);
+    Bench bench;
+    bench.Open(false, true);
+    (bench.*slider).SetValue(row.value);
+    bench.view.labels.clear();
+    (bench.*slider).SetAndFinish(row.value);
+    ASSERT_GE(bench.view.labels.size(), 2U);
+    EXPECT_EQ(bench.view.labels.front(), row.labels.front());
+    EXPECT_EQ(bench.view.labels.back(), row.labels.back());
+    EXPECT_NEAR(read(bench.movie), row.engine, 1e-9);
+    EXPECT_EQ(stored(bench.settings), row.stored);
+  }
+}
+
+TEST(Sliders, VolumeEndsAtMinusFiftyDecibels) {
+  RunSettings(
+      {{0, {"6~00", "6=00"}, -5000, 0},
+       {1, {"6~01", "6=01"}, -4949, 1},
+       {49.5, {"6~50", "6=50"}, -2475, 50},
+       {99, {"6~99", "6=99"}, 0, 99}},
+      &Bench::slider2, [](const auto& movie) { return movie.DS_GetVolume(); },
+      [](const auto& settings) { return settings.Volume; });
+}
+
+TEST(Sliders, TheRateLabelIsTwiceTheFactor) {
+  RunSettings(
+      {{0, {"3~0.0", "3=0.0"}, 0.1, 0},
+       {7, {"3~0.7", "3=0.7"}, 0.35, 7},
+       {20, {"3~2.0", "3=2.0"}, 1.0, 20},
+       {40, {"3~4.0", "3=4.0"}, 2.0, 40}},
+      &Bench::slider3, [](const auto& movie) { return movie.DS_GetRate(); },
+      [](const auto& settings) { return settings.PlayRate; });
+}
+
+TEST(Sliders, BalanceIsRoundedOnItsLabelAndNotInTheEngine) {
+  RunSettings(
+      {{0, {"0~-9.0", "0~-9.0"}, -9000, 0},
+       {8.7, {"0~0.0", "0~0.0"}, -300, 9},
+       {9, {"0~0.0", "0~0.0"}, 0, 9},
+       {18, {"0~9.0", "0~9.0"}, 9000, 18}},
+      &Bench::slider4, [](const auto& movie) { return movie.DS_GetBalance(); },
+      [](const auto& settings) { return settings.Balance; });
+}
+
+TEST(Sliders, ADragOfTheRateIsHeardOnlyWhenItEnds) {
+  Bench bench;
+  bench.Open(false, true);
+  bench.slider3.SetValue(20);
+  bench.slider3.PointerDown(kLeftButton, 0, 55, 10);
+  bench.slider3.PointerMove(kLeftButton, 80, 10);
+  EXPECT_EQ(bench.view.labels.back(), "3~3.0");
+  EXPECT_DOUBLE_EQ(bench.movie.DS_GetRate(), 1.0);
+  bench.slider3.PointerUp(kLeftButton, 0, 80, 10);
+  EXPECT_DOUBLE_EQ(bench.movie.DS_GetRate(), 1.5);
+}
+
+TEST(Sliders, LabelsMoveWithNothingOpen) {
+  Bench bench;
+  bench.text.decimal_separator = ",";
+  bench.sliders.Scroller3_AfterScroll(30, 0);
+  bench.slider2.SetValue(7);
+  EXPECT_THAT(bench.view.labels, ElementsAre("3=3,0", "6~07"));
+  EXPECT_THAT(bench.factory.calls, IsEmpty());
+}
+
+TEST(Sliders, TheMeterPausesAroundTheMenus) {
+  Bench bench;
+  const std::vector<std::string> menus = {"Set to 0%/Set to 50%/Set to 100%", "0%/50%/100%",
+                                          "Min/Normal/Max", "Left/Middle/Right"};
+  std::vector<std::string> shown;
+  for (ScrollerModel* slider : {&bench.slider1, &bench.slider2, &bench.slider3, &bench.slider4}) {
+    slider->ShowSetMenu();
+    shown.push_back(bench.surface.menu);
+  }
+  EXPECT_EQ(shown, menus);
+  EXPECT_EQ(bench.view.meter, "stop start stop start stop start stop start ");
+  EXPECT_EQ(bench.slider1.Max(), 0);  // what tells the tick that nothing is open
+}
+
+}  // namespace
+}  // namespace kv

@@ -1,0 +1,132 @@
+// The time strip: what is printed where, and that nothing is printed or asked of the disk in vain.
+#include "shell/time_display.h"
+
+#include "support/fake_graph.h"
+#include "support/fake_pump.h"
+#include "support/fake_text_platform.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace kv {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct Strip : PicTime {
+  void Cls() override { lines.clear(); }
+  void Print(int x, const std::string& text) override {
+    lines.push_back(std::to_string(x) + ":" + text);
+    ++prints;
+  }
+
+  std::vector<std::string> lines;
+  int prints = 0;
+};
+
+class TimeDisplayTest : public testing::Test {
+ protected:
+  void Open(const std::string& file, double duration) {
+    factory.media[file].duration = duration;
+    movie.DS_OpenFile(file, 0, 0, 0, 0, 0);
+    settings.CurrentFile = file;
+  }
+
+  VirtualTime time;
+  FakePump pump{&time};
+  FakeGraphFactory factory{time, pump};
+  clsDShowControl movie{factory, pump};
+  Settings settings;
+  FakeTextPlatform text;
+  Strip strip;
+  double size = 10 * 1024;
+  std::vector<std::string> asked;
+  TimeDisplay display{movie, settings, text, strip, [this](const std::string& path) {
+                        asked.push_back(path);
+                        return size;
+                      }};
+};
+
+TEST_F(TimeDisplayTest, PrintsBytesForLocalMediaOutsideTheAsfFamily) {
+  Open("/m/a.mp3", 100);
+  display.ShowPosition(50);
+  EXPECT_THAT(strip.lines,
+              ElementsAre("1:00:00:50.00", "65:/", "75:00:01:40.00", "140: [5.00 KB]"));
+  for (const char* file : {"http://h/a.mp3", "MMS://h/a", "/m/a.WMA.asx", "/m/a.asf"}) {
+    Open(file, 100);
+    display.ShowPosition(50);
+    EXPECT_THAT(strip.lines, ElementsAre("1:00:00:50.00", "65:/", "75:00:01:40.00")) << file;
+  }
+  EXPECT_THAT(asked, ElementsAre("/m/a.mp3"));
+}
+
+TEST_F(TimeDisplayTest, TakesTheDecimalSignOfTheUserAndNoDurationForNoBytes) {
+  text.decimal_separator = ",";
+  Open("/m/a.mp3", 100);
+  EXPECT_EQ(display.GetCurBytes(25), "2,50 KB");
+  movie.DS_Remove();
+  EXPECT_EQ(display.GetCurBytes(25), "0,00 Bytes");
+}
+
+TEST_F(TimeDisplayTest, TouchesTheViewOnlyForAChange) {
+  Open("/m/a.mp3", 100);
+  display.ShowPosition(50);
+  EXPECT_EQ(strip.prints, 4);
+  display.ShowPosition(50);
+  display.ShowPosition(50.0001);  // the same text
+  display.ShowPosition(50);
+  display.PrintTime("00:00:50.00", "00:01:40.00", "5.00 KB");
+  EXPECT_EQ(strip.prints, 4);
+  display.PrintTime("00:00:50.00", "00:01:40.00", "5.01 KB");
+  EXPECT_EQ(strip.prints, 8);
+  display.ShowPosition(50);  // the texts printed between were not those of a position
+  EXPECT_EQ(strip.lines.back(), "140: [5.00 KB]");
+  Open("/m/a.mp3", 200);
+  display.ShowPosition(50);
+  EXPECT_EQ(strip.lines.back(), "140: [2.50 KB]");
+}
+
+TEST_F(TimeDisplayTest, TheTitleOfAStreamAndTheTimesTakeTurns) {
+  Open("mms://h/a", 100);
+  display.ShowPosition(0);
+  display.PrintTitle("Radio");
+  display.PrintTitle("Radio");
+  EXPECT_THAT(strip.lines, ElementsAre("1:Radio"));
+  EXPECT_EQ(strip.prints, 4);
+  display.ShowPosition(0);
+  EXPECT_EQ(strip.lines.size(), 3U);
+}
+
+TEST_F(TimeDisplayTest, AsksForTheSizeOncePerMedium) {
+  Open("/m/a.mp3", 100);
+  for (int i = 0; i < 50; ++i) display.ShowPosition(i);
+  EXPECT_THAT(asked, ElementsAre("/m/a.mp3"));
+
+  settings.CurrentFile = "/m/b.mp3";  // a step through the list names the next medium at once
+  display.ShowPosition(49);
+  EXPECT_THAT(asked, ElementsAre("/m/a.mp3", "/m/b.mp3"));
+
+  asked.clear();
+  size = 20 * 1024;
+  display.ShowPosition(49);
+  EXPECT_THAT(asked, IsEmpty());
+  display.MediumChanged();
+  display.ShowPosition(49);
+  EXPECT_THAT(asked, ElementsAre("/m/b.mp3"));
+  EXPECT_EQ(strip.lines.back(), "140: [9.80 KB]");
+}
+
+TEST(PlaysWithoutPosition, IsAnAsxStreamOfAnySchemeButMms) {
+  Session session;
+  EXPECT_FALSE(PlaysWithoutPosition(session));
+  session.AsxInfo.entry = "MMS://host/a";
+  EXPECT_FALSE(PlaysWithoutPosition(session));
+  session.AsxInfo.entry = "http://host/mms://";
+  EXPECT_TRUE(PlaysWithoutPosition(session));
+}
+
+}  // namespace
+}  // namespace kv

@@ -1,0 +1,350 @@
+// The buttons, the A > B marks and the wheel, on a fake medium.
+#include "shell/transport.h"
+
+#include "shell/wheel_seek.h"
+#include "support/fake_graph.h"
+#include "support/fake_pump.h"
+
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace kv {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct Player : TransportNavigation,
+                TransportMenu,
+                TransportVisuals,
+                TransportDisplay,
+                MarksView,
+                clsDShowControl::Events {
+  template <class... T>
+  void Log(const T&... parts) {
+    std::ostringstream line;
+    const char* gap = "";
+    ((line << gap << parts, gap = " "), ...);
+    log.push_back(line.str());
+  }
+
+  std::string PlaylistItem(int index) const override {
+    const auto at = static_cast<std::size_t>(index - 1);
+    return at < list.size() ? list[at] : "";
+  }
+  void PlaylistSetPrevious(bool first, bool now) override { Log("previous", first, now); }
+  void PlaylistSetNext(bool last, int index, bool now) override { Log("next", last, index, now); }
+  void StartPlaylistTimer(bool immediate) override { Log("timer", immediate); }
+  void RunMenuCommand(std::string_view key) override { Log("command", key); }
+  void SetMenuEnabled(std::string_view key, bool enabled) override { Log(key, enabled); }
+  void PopUpMainMenu() override { Log("popup"); }
+  void SetVumeterVisible() override { Log("meter"); }
+  bool StopMeter() override {
+    Log("stop meter");
+    return meter_runs;
+  }
+  void StartMeter() override { Log("start meter"); }
+  void CyclePlugins() override { Log("cycle"); }
+  void ReleasePlugin() override { Log("release"); }
+  void UpdateFileDisp(const std::string& text) override { Log("title", text); }
+  void UpdateFileDataDisplay() override { Log("data"); }
+  void ShowStatus(int kind) override { Log("status", kind); }
+  void SetRepeatFace(int face) override { Log("repeat face", face); }
+  PlaylistWindow StateOfPlaylistWindow() const override { return window; }
+  void ShowPlaylistWindow() override { Log("show"); }
+  void RestorePlaylistWindow() override { Log("restore"); }
+  void FocusPlaylistWindow() override { Log("focus"); }
+  void SetAbFace(int face) override { ab_face = face; }
+  void SetAbToolTip(const std::string& text) override { ab_tip = text; }
+  void Movie_PlayStateChange(clsDShowControl::PlayState state) override { Log("state", state); }
+  void Movie_PrepareMedia(const std::string& /*File*/) override {}
+  void Movie_PrepareMediaFinish(const std::string& /*File*/) override {}
+
+  Player() {
+    factory.media["/m/a.avi"] = {
+        .duration = 100, .width = 64, .height = 48, .frames_per_second = 25};
+    factory.media["/m/a.mp3"] = {.duration = 100};
+    volume.SetMax(99);
+    movie.SetEvents(this);
+  }
+
+  void Open(const std::string& file) {
+    movie.DS_OpenFile(file, 0, 0, 0, 0, 0);
+    settings.CurrentFile = file;
+    position.SetMax(100);
+    factory.calls.clear();
+  }
+
+  void OpenAt(const std::string& file, double seconds, bool play) {
+    Open(file);
+    movie.DS_SetPosition(seconds);
+    movie.DS_Play();
+    if (!play) movie.DS_Pause();
+    factory.calls.clear();
+    log.clear();
+  }
+
+  bool Playing() const { return movie.DS_IsRunning() && !movie.DS_IsPaused(); }
+
+  std::vector<std::string> log;
+  std::vector<std::string> list;
+  bool meter_runs = true;
+  PlaylistWindow window = PlaylistWindow::kNotLoaded;
+  int ab_face = -1;
+  std::string ab_tip;
+
+  VirtualTime time;
+  FakePump pump{&time};
+  FakeGraphFactory factory{time, pump};
+  clsDShowControl movie{factory, pump};
+  Settings settings;
+  Session session;
+  ScrollerSurface surface;
+  ScrollerModel position{surface}, volume{surface};
+  Marks marks{movie, session, position, *this};
+  Transport transport{movie, settings, session, marks, pump, *this, *this, *this, *this};
+  WheelSeek wheel{movie, transport, volume};
+};
+
+TEST(Transport, EveryButtonDoesItsOwn) {
+  const struct {
+    int index;
+    std::vector<std::string> log;
+    std::vector<std::string> second_press;
+  } rows[] = {
+      {-1, {}, {}},
+      {3, {"previous 0 1"}, {"previous 0 1"}},
+      {4, {"next 0 -1 1"}, {"next 0 -1 1"}},
+      {6, {"repeat face 1"}, {}},
+      {8, {"previous 1 1"}, {}},
+      {9, {"next 1 -1 1"}, {}},
+      {11, {"cycle"}, {}},
+      {12, {}, {}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.index);
+    Player player;
+    player.transport.BUtton_Click(row.index);
+    EXPECT_EQ(player.log, row.log);
+    player.log.clear();
+    player.transport.Button_DblClick(row.index);
+    EXPECT_EQ(player.log, row.second_press);
+  }
+}
+
+TEST(Transport, PlayWithNothingOpenTakesTheListOrAsks) {
+  const std::vector<std::string> ask = {"command mOpen", "meter"};
+  const std::vector<std::string> take = {"title ", "data", "timer 0", "meter"};
+  const struct {
+    std::vector<std::string> list;
+    int index, index_after;
+    std::vector<std::string> log;
+  } rows[] = {
+      {{}, 0, 0, ask},     {{"/a", "/b"}, 0, 1, take}, {{"/a", "/b"}, 2, 2, take},
+      {{"/a"}, 2, 2, ask}, {{""}, 0, 0, ask},          {{"/a"}, -1, -1, ask},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.index);
+    Player player;
+    player.list = row.list;
+    player.settings.PlaylistIndex = row.index;
+    player.transport.BUtton_Click(Transport::kPlay);
+    EXPECT_EQ(player.log, row.log);
+    EXPECT_EQ(player.settings.PlaylistIndex, row.index_after);
+    EXPECT_EQ(player.settings.CurrentFile,
+              row.log == take ? player.PlaylistItem(row.index_after) : "");
+  }
+}
+
+TEST(Transport, PlayStartsGoesOnOrStartsOver) {
+  Player player;
+  player.Open("/m/a.mp3");
+  player.transport.BUtton_Click(Transport::kPlay);
+  EXPECT_TRUE(player.Playing());
+  player.time.Advance(5000);
+  player.transport.BUtton_Click(Transport::kPlay);
+  EXPECT_EQ(player.movie.DS_GetPosition(), 0);
+  player.time.Advance(5000);
+  player.transport.BUtton_Click(Transport::kPause);
+  player.transport.BUtton_Click(Transport::kPlay);
+  EXPECT_TRUE(player.Playing());
+  EXPECT_EQ(player.movie.DS_GetPosition(), 5);
+
+  // With both marks set a pass begins at A, and a medium that plays still starts over.
+  player.session.MarkA = 20;
+  player.session.MarkB = 30;
+  player.transport.BUtton_Click(Transport::kPlay);
+  EXPECT_EQ(player.movie.DS_GetPosition(), 0);
+  player.transport.BUtton_Click(Transport::kStop);
+  player.transport.BUtton_Click(Transport::kPlay);
+  EXPECT_EQ(player.movie.DS_GetPosition(), 20);
+  EXPECT_TRUE(player.Playing());
+}
+
+TEST(Transport, PlayOfAnAsxStreamWaitsForItsBuffer) {
+  Player player;
+  player.session.AsxInfo.entry = "http://host/none";
+  player.Open("http://host/none");
+  player.transport.BUtton_Click(Transport::kPlay);  // it could not be rendered
+  EXPECT_THAT(player.log, IsEmpty());
+  player.Open("/m/a.mp3");
+  player.transport.BUtton_Click(Transport::kPlay);
+  EXPECT_THAT(player.log, ElementsAre("status 0", "state 0"));
+  player.transport.BUtton_Click(Transport::kPlay);
+  EXPECT_EQ(player.log.size(), 2U);
+}
+
+TEST(Transport, StopHoldsThePictureAndPausePlaysAgain) {
+  Player player;
+  player.OpenAt("/m/a.avi", 50, true);
+  const int pumps = player.pump.Pumps();
+  player.transport.BUtton_Click(Transport::kStop);
+  EXPECT_THAT(player.factory.calls, ElementsAre("Stop", "put_CurrentPosition 0", "Pause"));
+  EXPECT_THAT(player.log, ElementsAre("state 1", "state 2", "release"));
+  EXPECT_GT(player.pump.Pumps(), pumps);
+  EXPECT_EQ(player.movie.State(), 2);
+  EXPECT_FALSE(player.movie.DS_IsRunning());
+  player.transport.BUtton_Click(Transport::kPause);
+  EXPECT_TRUE(player.Playing());
+  player.transport.BUtton_Click(Transport::kPause);
+  EXPECT_FALSE(player.Playing());
+  EXPECT_EQ(player.log.back(), "meter");
+}
+
+TEST(Transport, RepeatStepsAndForgivesAStrangeMode) {
+  Player player;
+  std::vector<int> modes;
+  for (int i = 0; i < 3; ++i) {
+    player.transport.BUtton_Click(Transport::kRepeat);
+    modes.push_back(player.settings.RepeatMode);
+  }
+  EXPECT_THAT(modes, ElementsAre(1, 2, 0));
+  player.settings.RepeatMode = 7;
+  player.transport.SetRepeatButtonColor();
+  player.transport.BUtton_Click(Transport::kRepeat);
+  EXPECT_EQ(player.settings.RepeatMode, 0);
+  EXPECT_THAT(player.log, ElementsAre("repeat face 1", "repeat face 2", "repeat face 0",
+                                      "repeat face 0", "repeat face 0"));
+}
+
+TEST(Transport, TheMenuStopsTheMeterAndKnowsWhatCanBeSaved) {
+  Player player;
+  player.settings.CurrentFile = "/m/a.ASX";
+  player.transport.BottonPanel_MouseUp(kLeftButton);
+  player.transport.BottonPanel_MouseUp(kRightButton);
+  EXPECT_THAT(player.log, ElementsAre("stop meter", "mSaveRFAs 0", "popup", "start meter"));
+  player.log.clear();
+  player.meter_runs = false;
+  player.settings.CurrentFile = "/m/a.wax";
+  player.transport.BUtton_Click(Transport::kMenu);
+  EXPECT_THAT(player.log, ElementsAre("stop meter", "mSaveRFAs 1", "popup"));
+}
+
+TEST(Transport, ThePlaylistButtonBringsTheWindowUp) {
+  using Window = TransportDisplay::PlaylistWindow;
+  Player player;
+  for (const Window window : {Window::kNotLoaded, Window::kMinimised, Window::kOpen}) {
+    player.window = window;
+    player.transport.BUtton_Click(Transport::kPlaylist);
+  }
+  EXPECT_THAT(player.log, ElementsAre("show", "restore", "focus"));
+}
+
+TEST(Marks, ThreePressesSetOrderAndClear) {
+  Player player;
+  player.OpenAt("/m/a.mp3", 30, false);
+  player.transport.BUtton_Click(Transport::kMarks);
+  EXPECT_EQ(player.ab_face, 1);
+  EXPECT_EQ(player.ab_tip, "00:00:30.00 > ...");
+  player.movie.DS_SetPosition(10);
+  player.transport.BUtton_Click(Transport::kMarks);
+  EXPECT_EQ(player.ab_face, 2);
+  EXPECT_EQ(player.ab_tip, "00:00:10.00 > 00:00:30.00");
+  EXPECT_EQ(player.session.MarkA, 10);
+  EXPECT_EQ(player.session.MarkB, 30);
+  EXPECT_EQ(player.position.Properties().range_start, 10);
+  EXPECT_EQ(player.position.Properties().range_end, 30);
+  player.transport.BUtton_Click(Transport::kMarks);
+  EXPECT_EQ(player.ab_face, 0);
+  EXPECT_EQ(player.ab_tip, "Click to set A > B");
+  EXPECT_EQ(player.session.MarkA, kNoPosition);
+  EXPECT_EQ(player.session.MarkB, kNoPosition);
+  EXPECT_FALSE(player.position.Lines().range.has_value());
+}
+
+TEST(Marks, AnOpenClearsThemAndLeavesTheTooltip) {
+  Player player;
+  player.OpenAt("/m/a.mp3", 0, false);
+  for (int press = 0; press < 2; ++press) player.transport.BUtton_Click(Transport::kMarks);
+  EXPECT_TRUE(player.marks.BothSet());  // of zero length, at the very start
+  player.marks.ResetAB();
+  EXPECT_FALSE(player.marks.BothSet());
+  EXPECT_EQ(player.ab_face, 0);
+  EXPECT_EQ(player.ab_tip, "00:00:00,00 > 00:00:00,00");
+  EXPECT_EQ(player.position.Properties().range_start, kNoPosition);
+}
+
+TEST(WheelSeek, StepsThroughThePausedMedium) {
+  const struct {
+    const char* file;
+    double from;
+    bool back;
+    int mode;
+    double to;
+  } rows[] = {
+      {"/m/a.avi", 20, false, kWheelMinute, 80},   {"/m/a.avi", 50, false, kWheelMinute, 100},
+      {"/m/a.avi", 70, true, kWheelMinute, 10},    {"/m/a.avi", 50, true, kWheelMinute, 0},
+      {"/m/a.avi", 20, false, kWheelFrame, 20.04}, {"/m/a.avi", 20, true, kWheelFrame, 19.96},
+      {"/m/a.mp3", 20, false, kWheelFrame, 20.5},  {"/m/a.avi", 20, false, kWheelSecond, 21},
+      {"/m/a.avi", 0.4, true, kWheelSecond, 0},    {"/m/a.avi", 20, false, 4, 20},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.file << " from " << row.from << " mode " << row.mode);
+    Player player;
+    player.OpenAt(row.file, row.from, false);
+    player.wheel.WheelMove(row.back, row.mode);
+    EXPECT_DOUBLE_EQ(player.movie.DS_GetPosition(), row.to);
+    EXPECT_TRUE(player.movie.DS_IsPaused());
+  }
+}
+
+TEST(WheelSeek, AMediumThatPlayedPlaysOnWhenTheKeyIsLetGo) {
+  for (const bool played : {true, false}) {
+    Player player;
+    player.OpenAt("/m/a.mp3", 20, played);
+    player.wheel.WheelMove(false, kWheelSecond);
+    player.wheel.WheelMove(false, kWheelSecond);
+    EXPECT_TRUE(player.movie.DS_IsPaused());
+    EXPECT_EQ(player.movie.DS_GetPosition(), 22);
+    player.wheel.KeyUp(65);
+    EXPECT_FALSE(player.Playing());
+    player.wheel.KeyUp(16);
+    EXPECT_EQ(player.Playing(), played);
+    // The stepping is over: what the user pauses now stays paused.
+    player.movie.DS_Pause();
+    player.wheel.KeyUp(17);
+    EXPECT_FALSE(player.Playing());
+  }
+}
+
+TEST(WheelSeek, WithoutKeysItTurnsTheVolumeWithinItsEnds) {
+  Player player;
+  player.OpenAt("/m/a.mp3", 20, true);
+  std::vector<double> values;
+  for (const double start : {0.0, 50.0, 99.0}) {
+    for (const bool down : {true, false}) {
+      player.volume.SetValue(start);
+      player.wheel.WheelMove(down, kWheelVolume);
+      values.push_back(player.volume.Value());
+    }
+  }
+  EXPECT_THAT(values, ElementsAre(0, 1, 49, 51, 98, 99));
+  EXPECT_TRUE(player.Playing());
+}
+
+}  // namespace
+}  // namespace kv

@@ -1,0 +1,105 @@
+// What the messages of a moved and sized window do, in each state that matters to them.
+#include "shell/window_sizing_watch.h"
+
+#include "support/fake_graph.h"
+#include "support/fake_pump.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace kv {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct Form : SizingView {
+  bool RenderVisible() const override { return render; }
+  WindowHandle RenderHandle() const override { return 7; }
+  void SetRenderVisible(bool visible) override {
+    render = visible;
+    log.push_back(visible ? "render" : "no render");
+  }
+  void SetPanelVisible(bool visible) override { log.push_back(visible ? "panel" : "no panel"); }
+  void PutAwayVuMeter1() override { log.push_back("no meter"); }
+  void PrintCurScale() override { log.push_back("scale"); }
+  void LockWindowRedraw(bool lock) override { log.push_back(lock ? "lock" : "unlock"); }
+  void Form_Resize() override { log.push_back("resize"); }
+  void SetVumeterVisible() override { log.push_back("meter"); }
+
+  bool render = true;
+  std::vector<std::string> log;
+};
+
+class WindowSizingWatchTest : public testing::Test {
+ protected:
+  void Open(int window_milliseconds) {
+    factory.media["/m/a.avi"] = {
+        .duration = 100, .width = 64, .height = 48, .window_milliseconds = window_milliseconds};
+    movie.DS_OpenFile("/m/a.avi", 0, 0, 0, 0, 0);
+    movie.DS_Play();
+    factory.calls.clear();
+  }
+
+  VirtualTime time;
+  FakePump pump{&time};
+  FakeGraphFactory factory{time, pump};
+  clsDShowControl movie{factory, pump};
+  Settings settings;
+  Session session;
+  Form form;
+  WindowSizingWatch watch{movie, settings, session,
+                          time,  form,     [] { return PictureRectangle{1, 2, 30, 40}; }};
+};
+
+TEST_F(WindowSizingWatchTest, HidesThePictureWhileTheFrameIsDragged) {
+  settings.SilentSizing = FromBool(true);
+  Open(0);
+  EXPECT_FALSE(watch.NewMessage(WindowMessage::kSize));
+  watch.NewMessage(WindowMessage::kSizing);
+  EXPECT_THAT(form.log, ElementsAre("no panel", "no render", "no meter"));
+  form.log.clear();
+  EXPECT_TRUE(watch.NewMessage(WindowMessage::kSize));
+  form.render = true;  // even so the picture stays where it is
+  watch.NewMessage(WindowMessage::kWindowPosChanging);
+  EXPECT_THAT(factory.calls, IsEmpty());
+  EXPECT_THAT(form.log, ElementsAre("scale"));
+  form.log.clear();
+  watch.NewMessage(WindowMessage::kExitSizeMove);
+  EXPECT_THAT(form.log, ElementsAre("lock", "resize", "panel", "render", "meter", "unlock"));
+  EXPECT_FALSE(watch.NewMessage(WindowMessage::kSize));
+  form.log.clear();
+  watch.NewMessage(WindowMessage::kExitSizeMove);  // the end of a mere move
+  EXPECT_THAT(form.log, IsEmpty());
+}
+
+TEST_F(WindowSizingWatchTest, LeavesThePictureAloneUnlessWantedAndOpen) {
+  settings.SilentSizing = FromBool(true);
+  watch.NewMessage(WindowMessage::kSizing);
+  watch.NewMessage(WindowMessage::kWindowPosChanging);
+  Open(0);
+  settings.SilentSizing = FromBool(false);
+  watch.NewMessage(WindowMessage::kSizing);
+  form.render = false;
+  watch.NewMessage(WindowMessage::kWindowPosChanging);
+  EXPECT_THAT(form.log, IsEmpty());
+  EXPECT_THAT(factory.calls, IsEmpty());
+}
+
+TEST_F(WindowSizingWatchTest, FollowsAMoveUntilThatTakesTooLong) {
+  for (const int milliseconds : {24, 25}) {
+    Open(milliseconds);
+    watch.NewMessage(WindowMessage::kWindowPosChanging);
+    EXPECT_EQ(factory.calls.back(), "SetWindowPosition 2 1 30 40");
+    EXPECT_EQ(factory.Current()->Video().owner, 7U);
+    EXPECT_EQ(session.SlowMoveDetected, milliseconds == 25);
+  }
+  factory.calls.clear();
+  watch.NewMessage(WindowMessage::kWindowPosChanging);
+  EXPECT_THAT(factory.calls, IsEmpty());
+}
+
+}  // namespace
+}  // namespace kv
