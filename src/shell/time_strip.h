@@ -3,6 +3,8 @@
 #pragma once
 
 #include <QColor>
+#include <QGlyphRun>
+#include <QRawFont>
 #include <QString>
 #include <QWidget>
 
@@ -29,9 +31,13 @@ class TimeStrip : public QWidget {
   struct Line {
     int x;
     QString text;
+    QGlyphRun glyphs;  // empty for a text that needs more than the strip's own font
   };
 
+  QGlyphRun Glyphs(const QString& text) const;
+
   std::vector<Line> lines_;
+  QRawFont raw_font_;
   QColor back_ = Qt::black;
   QColor ink_ = Qt::white;
 };
