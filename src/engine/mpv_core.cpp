@@ -43,6 +43,8 @@ constexpr std::array kOptions = {
     Option{"network-timeout", "10"},
     Option{"volume-max", "100"},
     Option{"osd-level", "0"},
+    // On the processor scaling is a quarter of the work; this filter saves a tenth of it unseen.
+    Option{"zimg-scaler", "bicubic"},
     Option{"sub-auto", "exact"},
     Option{"save-position-on-quit", "no"},
     Option{"resume-playback", "no"},

@@ -24,6 +24,7 @@ constexpr int kTwipsPerPixel = 15;
 constexpr int kWheelNotch = 120;  // eighths of a degree
 constexpr int kSizingQuietMilliseconds = 250;
 constexpr int kSmallestMovieHeight = 60;
+constexpr int kFrameAllowance = 30;  // for a title bar
 constexpr QSize kFirstSize(720, 480);
 
 // Modifier keys under the numbers that key rules know them by.
@@ -144,7 +145,14 @@ void frmMain::Form_Load() {
     settings_.PreviousItemPosition = kNoPosition;
   }
   view_.SetLogoVisible(true);
-  ScaleMovie(false);
+  if (IsOn(settings_.FullScreen)) {
+    // Left in full screen: the toggle goes back there, and until it has the panel is shown.
+    settings_.FullScreen = FromBool(false);
+    SetPanelVisible(true);
+    ToggleFullScreen();
+  } else {
+    ScaleMovie(false);
+  }
   const auto state = static_cast<WindowState>(settings_.LastWindowState);
   session_.StartingUp = false;
   Form_Resize();
@@ -197,10 +205,12 @@ void frmMain::KeepOnScreen() {
   if (screen == nullptr) screen = QGuiApplication::primaryScreen();
   if (screen == nullptr) return;
   const QRect room = screen->availableGeometry();
-  const QSize size = this->size().boundedTo(room.size()).expandedTo(minimumSize());
+  // The desktop has not put its frame around the window yet.
+  const QSize most(room.width(), room.height() - kFrameAllowance);
+  const QSize size = this->size().boundedTo(most).expandedTo(minimumSize());
   if (size != this->size()) resize(size);
-  const QPoint corner(std::clamp(x(), room.left(), std::max(room.left(), room.right() - size.width())),
-                      std::clamp(y(), room.top(), std::max(room.top(), room.bottom() - size.height())));
+  const QPoint corner(std::clamp(x(), room.left(), std::max(room.left(), room.left() + most.width() - size.width())),
+                      std::clamp(y(), room.top(), std::max(room.top(), room.top() + most.height() - size.height())));
   if (corner != pos()) move(corner);
 }
 

@@ -110,6 +110,7 @@ class frmMain : public QWidget,
   bool GetAutoHide() const { return false; }
   int PanelHeight() const;
   void SetTempWindowCaption(const std::string& text);
+  void ToggleFullScreen();
 
   // OpenerHost
   void OpenPlaylist(const std::string& Path) override;

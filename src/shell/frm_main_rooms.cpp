@@ -27,7 +27,8 @@ void frmMain::ShowPlaylistWindow() {}
 void frmMain::RestorePlaylistWindow() {}
 void frmMain::FocusPlaylistWindow() {}
 
-// Menu, tray, captions and the other windows
+// Full screen, menu, tray, captions and the other windows
+void frmMain::ToggleFullScreen() {}
 void frmMain::BuildMenu() {}
 void frmMain::UpdateMenuChecks() {}
 void frmMain::SetMenuEnabled(std::string_view /*key*/, bool /*enabled*/) {}
