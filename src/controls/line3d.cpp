@@ -4,7 +4,9 @@
 
 namespace kv {
 
-line3d::line3d(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_OpaquePaintEvent); }
+line3d::line3d(QWidget* parent) : QWidget(parent) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
+}
 
 void line3d::SetColors(const QColor& Color1, const QColor& Color2) {
   Color1_ = Color1;

@@ -44,7 +44,9 @@ void SmartButton::SetLabel(const QString& label) {
   setAccessibleName(label);
 }
 
-QSize SmartButton::sizeHint() const { return kButtonSize; }
+QSize SmartButton::sizeHint() const {
+  return kButtonSize;
+}
 
 void SmartButton::RenderFacePixmap(double scale) {
   if (!face_.isNull() && qFuzzyCompare(face_.devicePixelRatio(), scale)) return;

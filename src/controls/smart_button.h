@@ -1,8 +1,8 @@
 // A flat button with a drawn face, which shows that the pointer is over it or holds it down.
 //
 // The face takes the ink colour, the ground the back colour; hover, press, focus and disabled state
-// are shades of the two, so that every colour scheme suits it. Owned by its parent; interface thread
-// only.
+// are shades of the two, so that every colour scheme suits it. Owned by its parent; interface
+// thread only.
 #pragma once
 
 #include <QAbstractButton>

@@ -11,9 +11,9 @@
 
 namespace kv {
 
-// The face drawn into `size` device-independent pixels at `scale` device pixels for each, its aspect
-// kept unless `stretch`. With an invalid `ink` the drawing keeps its own. Null when the file cannot
-// be read or drawn.
+// The face drawn into `size` device-independent pixels at `scale` device pixels for each, its
+// aspect kept unless `stretch`. With an invalid `ink` the drawing keeps its own. Null when the file
+// cannot be read or drawn.
 QPixmap RenderFace(const QString& file, const QColor& ink, QSize size, double scale,
                    bool stretch = false);
 

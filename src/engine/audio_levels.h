@@ -3,8 +3,8 @@
 
 namespace kv {
 
-inline constexpr int kSilence = -10000;   // hundredths of a decibel
-inline constexpr int kFullVolume = 0;     // hundredths of a decibel
+inline constexpr int kSilence = -10000;  // hundredths of a decibel
+inline constexpr int kFullVolume = 0;    // hundredths of a decibel
 inline constexpr int kBalanceLimit = 10000;
 
 // The factor that a volume multiplies each sample with: 1.0 at 0, 0.0 at -10000, a power of ten

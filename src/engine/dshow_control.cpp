@@ -1,9 +1,9 @@
 #include "engine/dshow_control.h"
 
+#include "engine/audio_levels.h"
+
 #include <algorithm>
 #include <cmath>
-
-#include "engine/audio_levels.h"
 
 namespace kv {
 namespace {
@@ -41,8 +41,7 @@ bool clsDShowControl::DS_OpenFile(const std::string& File, int Top, int Left, in
     pump_.PumpOnce();
     pump_.PumpOnce();
   }
-  const bool rendered =
-      released == released_ && BuildGraph(File, Top, Left, Width, Height, Hwnd);
+  const bool rendered = released == released_ && BuildGraph(File, Top, Left, Width, Height, Hwnd);
   if (events_ != nullptr) events_->Movie_PrepareMediaFinish(File);
   return rendered;
 }

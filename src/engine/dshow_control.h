@@ -10,12 +10,12 @@
 // (right); rate a factor, 1.0 normal; rectangles in device-independent pixels of the target.
 #pragma once
 
+#include "engine/filter_graph.h"
+#include "system/message_pump.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
-
-#include "engine/filter_graph.h"
-#include "system/message_pump.h"
 
 namespace kv {
 

@@ -57,7 +57,9 @@ GlRenderer::GlRenderer(mpv_handle* core) {
   ready.wait(lock, [&] { return started; });
 }
 
-GlRenderer::~GlRenderer() { GlRenderer::Stop(); }
+GlRenderer::~GlRenderer() {
+  GlRenderer::Stop();
+}
 
 void GlRenderer::Stop() {
   {

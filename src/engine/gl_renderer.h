@@ -1,24 +1,23 @@
 // Renders frames into textures on the graphics card, hardware decoding included.
 //
 // The thread has an OpenGL context of its own that shares its textures with the context of every
-// widget of the program (`Qt::AA_ShareOpenGLContexts` must be set), so a picture can move to another
-// window without a reload and the interface thread only ever draws a finished texture.
+// widget of the program (`Qt::AA_ShareOpenGLContexts` must be set), so a picture can move to
+// another window without a reload and the interface thread only ever draws a finished texture.
 #pragma once
 
-#include <mpv/client.h>
-#include <mpv/render_gl.h>
+#include "engine/video_renderer.h"
 
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
+#include <mpv/client.h>
+#include <mpv/render_gl.h>
 
 #include <array>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <thread>
-
-#include "engine/video_renderer.h"
 
 namespace kv {
 

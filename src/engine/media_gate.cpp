@@ -2,13 +2,12 @@
 
 #include "system/ascii_text.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <climits>
 #include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace kv {
 namespace {

@@ -32,13 +32,13 @@ constexpr std::array kOptions = {
     Option{"keep-open", "yes"},
     Option{"keep-open-pause", "no"},
     Option{"pause", "yes"},
-    Option{"keepaspect", "no"},        // the player's own scaling rules decide the rectangle
-    Option{"audio-display", "no"},     // a cover picture does not make a song a video
+    Option{"keepaspect", "no"},     // the player's own scaling rules decide the rectangle
+    Option{"audio-display", "no"},  // a cover picture does not make a song a video
     Option{"cover-art-auto", "no"},
     Option{"ao", "null"},  // until it is known which sound outputs there are
     Option{"audio-fallback-to-null", "yes"},
     Option{"audio-client-name", "Kestrelview"},
-    Option{"hr-seek", "yes"},          // A > B loops and frame steps are exact
+    Option{"hr-seek", "yes"},           // A > B loops and frame steps are exact
     Option{"access-references", "no"},  // what a file names is not opened
     Option{"network-timeout", "10"},
     Option{"volume-max", "100"},

@@ -1,21 +1,21 @@
-// One libmpv player core: its options, its commands and its events, brought to the interface thread.
+// One libmpv player core: its options, its commands and its events, brought to the interface
+// thread.
 //
 // Everything that is asked of the core is asynchronous, since a synchronous read waits for whatever
 // the core is busy with: a decoder, a dead host, a sound server that never answers. Owned by
 // `MpvEngine`. Interface thread only, but for `~MpvCore`, which may run anywhere.
 #pragma once
 
-#include <mpv/client.h>
+#include "engine/video_renderer.h"
 
 #include <QObject>
+#include <mpv/client.h>
 
 #include <atomic>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <string>
-
-#include "engine/video_renderer.h"
 
 namespace kv {
 

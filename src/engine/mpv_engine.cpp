@@ -1,14 +1,14 @@
 #include "engine/mpv_engine.h"
 
-#include <array>
-#include <chrono>
-#include <cstdio>
-#include <thread>
-
 #include "engine/audio_levels.h"
 #include "engine/media_gate.h"
 #include "engine/mpv_graph.h"
 #include "engine/mpv_library.h"
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <thread>
 
 namespace kv {
 namespace {
@@ -34,8 +34,8 @@ constexpr std::array kObserved = {
 constexpr int kUnloadMilliseconds = 250;
 constexpr int kProbePollMilliseconds = 5;
 
-// `stereotools` multiplies the left channel by 1 - b for a balance b above 0, the right by 1 + b for
-// one below.
+// `stereotools` multiplies the left channel by 1 - b for a balance b above 0, the right by 1 + b
+// for one below.
 double FilterBalance(int balance) {
   const ChannelGains gains = GainsOfBalance(balance);
   return balance > 0 ? 1.0 - gains.left : gains.right - 1.0;
@@ -53,13 +53,15 @@ std::string Number(double value) {
 MpvEngine::MpvEngine(MessagePump& pump, VideoPath path)
     : pump_(pump), video_(std::make_unique<VideoOutput>(path)) {
   const bool hardware = path == VideoPath::kHardware;
-  first_handle_ = std::async(std::launch::async,
-                             [hardware] { return MpvCore::CreateHandle(hardware); });
+  first_handle_ =
+      std::async(std::launch::async, [hardware] { return MpvCore::CreateHandle(hardware); });
   unload_.setSingleShot(true);
   QObject::connect(&unload_, &QTimer::timeout, [this] { core_->Command({"stop"}); });
 }
 
-MpvEngine::~MpvEngine() { Shutdown(0); }
+MpvEngine::~MpvEngine() {
+  Shutdown(0);
+}
 
 bool MpvEngine::HandleReady() const {
   return first_handle_.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
@@ -80,7 +82,9 @@ void MpvEngine::MakeCore(mpv_handle* handle) {
 }
 
 void MpvEngine::ReplaceCore() {
-  MpvCore::Retire(std::move(core_));
+  std::unique_ptr<MpvCore> stuck;
+  stuck.swap(core_);
+  MpvCore::Retire(std::move(stuck));
   MakeCore(MpvCore::CreateHandle(video_->Path() == VideoPath::kHardware));
   ApplySoundOutputs();
   core_->SetListener(current_);
@@ -100,7 +104,9 @@ bool MpvEngine::Shutdown(int milliseconds) {
   return *ended;
 }
 
-std::shared_ptr<FilterGraph> MpvEngine::CreateGraph() { return std::make_shared<MpvGraph>(*this); }
+std::shared_ptr<FilterGraph> MpvEngine::CreateGraph() {
+  return std::make_shared<MpvGraph>(*this);
+}
 
 void MpvEngine::Claim(MpvGraph& graph) {
   current_ = &graph;

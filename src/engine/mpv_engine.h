@@ -6,6 +6,12 @@
 // interface thread only.
 #pragma once
 
+#include "engine/filter_graph.h"
+#include "engine/mpv_core.h"
+#include "engine/sound_probe.h"
+#include "engine/video_output.h"
+#include "system/message_pump.h"
+
 #include <QTimer>
 
 #include <atomic>
@@ -13,12 +19,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-
-#include "engine/filter_graph.h"
-#include "engine/mpv_core.h"
-#include "engine/sound_probe.h"
-#include "engine/video_output.h"
-#include "system/message_pump.h"
 
 namespace kv {
 
@@ -80,7 +80,7 @@ class MpvEngine : public GraphFactory {
   MpvGraph* current_ = nullptr;
   std::string expected_target_;
   std::unique_ptr<MpvGraph> expected_;  // the load of it, once begun
-  std::string outputs_ = "null";  // the sound outputs that the core was told to try
+  std::string outputs_ = "null";        // the sound outputs that the core was told to try
   bool balance_filter_ = false;
   QTimer unload_;
 };

@@ -1,5 +1,10 @@
 #include "engine/mpv_graph.h"
 
+#include "engine/audio_levels.h"
+#include "engine/media_gate.h"
+#include "engine/mpv_engine.h"
+#include "engine/mpv_library.h"
+
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -8,11 +13,6 @@
 #include <cstring>
 #include <string_view>
 #include <utility>
-
-#include "engine/audio_levels.h"
-#include "engine/media_gate.h"
-#include "engine/mpv_engine.h"
-#include "engine/mpv_library.h"
 
 namespace kv {
 namespace {
@@ -33,7 +33,9 @@ constexpr int kGraphAborted = 2;
 constexpr std::array<std::string_view, 5> kListFormats = {"edl", "cue", "playlist", "mf", "concat"};
 
 // The core's volume is the cube root of the amplitude, in per cent.
-double CoreVolume(int volume) { return 100.0 * std::cbrt(GainOfVolume(volume)); }
+double CoreVolume(int volume) {
+  return 100.0 * std::cbrt(GainOfVolume(volume));
+}
 
 const double* AsDouble(const mpv_event_property& property) {
   return property.format == MPV_FORMAT_DOUBLE ? static_cast<const double*>(property.data) : nullptr;
@@ -63,7 +65,9 @@ std::string SecondsText(double seconds) {
 
 MpvGraph::MpvGraph(MpvEngine& engine) : engine_(engine) {}
 
-MpvGraph::~MpvGraph() { engine_.Release(*this, false); }
+MpvGraph::~MpvGraph() {
+  engine_.Release(*this, false);
+}
 
 bool MpvGraph::RenderFile(const std::string& target) {
   const GateVerdict verdict = CheckMedium(target);

@@ -5,15 +5,15 @@
 // thread only.
 #pragma once
 
+#include "engine/filter_graph.h"
+#include "engine/mpv_core.h"
+#include "engine/playing_clock.h"
+
 #include <mpv/client.h>
 
 #include <cstdint>
 #include <optional>
 #include <string>
-
-#include "engine/filter_graph.h"
-#include "engine/mpv_core.h"
-#include "engine/playing_clock.h"
 
 namespace kv {
 
@@ -30,8 +30,8 @@ struct MpvGraphState {
   // Loading
   std::uint64_t load_request_ = 0;
   bool load_accepted_ = false;
-  std::int64_t entry_ = -1;     // the core's number of our medium
-  std::int64_t started_ = -1;   // of the medium that the core began last
+  std::int64_t entry_ = -1;    // the core's number of our medium
+  std::int64_t started_ = -1;  // of the medium that the core began last
   std::uint64_t format_request_ = 0;
   std::uint64_t duration_request_ = 0;
   std::uint64_t video_request_ = 0;

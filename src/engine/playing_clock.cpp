@@ -8,8 +8,8 @@ namespace {
 
 // A report this far from the clock is a jump of the medium, not jitter.
 constexpr double kJumpSeconds = 0.3;
-// A decoder that is behind by no more than this catches up while the clock waits for it: sound outputs
-// take their time to begin. Behind that it has jumped.
+// A decoder that is behind by no more than this catches up while the clock waits for it: sound
+// outputs take their time to begin. Behind that it has jumped.
 constexpr double kCatchUpSeconds = 2.5;
 // Smaller differences are worked off over this time ...
 constexpr double kCorrectionSeconds = 0.5;
@@ -31,7 +31,9 @@ double Seconds(PlayingClock::TimePoint from, PlayingClock::TimePoint to) {
 
 }  // namespace
 
-void PlayingClock::Reset() { *this = PlayingClock(); }
+void PlayingClock::Reset() {
+  *this = PlayingClock();
+}
 
 void PlayingClock::Anchor(double position, double correction, TimePoint now) {
   base_ = position;
@@ -43,7 +45,7 @@ double PlayingClock::Advance(TimePoint now) const {
   if (!running_ || (ended_ && !running_out_)) return base_;
   const double elapsed = Seconds(anchor_, now);
   if (seeking_ || stalled_ || waiting_) return base_ + elapsed * kWaitingSpeed;
-  const double silence = kSilenceSeconds + 2.0 * picture_;
+  const double silence = kSilenceSeconds + 2.0 * picture_ / rate_;
   const double free = running_out_ ? elapsed : std::min(elapsed, silence);
   return base_ + free * rate_ + correction_ * std::min(1.0, free / kCorrectionSeconds) +
          (elapsed - free) * kWaitingSpeed;
@@ -53,7 +55,13 @@ double PlayingClock::Position(TimePoint now) const {
   if (ended_ && !running_out_ && duration_ > 0.0) return duration_;
   const double position = Advance(now);
   if (duration_ <= 0.0 || !running_) return position;
-  return std::min(position, ended_ ? duration_ : duration_ + ceiling_lift_);
+  return outlasts_ && !ended_ ? position : std::min(position, duration_);
+}
+
+void PlayingClock::SetDuration(double seconds) {
+  duration_ = seconds;
+  // A length corrected downwards must not take the clock back.
+  outlasts_ = running_ && !ended_ && base_ > seconds;
 }
 
 void PlayingClock::Run(TimePoint now) {
@@ -78,7 +86,8 @@ void PlayingClock::BeginSeek(double seconds, TimePoint now) {
   waiting_ = false;
   seeking_ = true;
   ended_ = false;
-  ceiling_lift_ = 0.0;
+  running_out_ = false;
+  outlasts_ = false;
 }
 
 void PlayingClock::EndSeek(double seconds, TimePoint now) {
@@ -92,7 +101,7 @@ void PlayingClock::EndSeek(double seconds, TimePoint now) {
 void PlayingClock::Report(double seconds, TimePoint now) {
   if (!running_ || seeking_ || ended_) return;
   // A length told by a file's header can be too short; then the decoder is believed.
-  if (duration_ > 0.0 && seconds > duration_) ceiling_lift_ = seconds - duration_;
+  if (duration_ > 0.0 && seconds > duration_) outlasts_ = true;
   const double position = Position(now);
   const double error = seconds - position;
   waiting_ = error < -kJumpSeconds && error > -kCatchUpSeconds * rate_;
@@ -118,6 +127,7 @@ void PlayingClock::SetEnded(bool ended, TimePoint now) {
   if (ended == ended_) return;
   Anchor(Position(now), 0.0, now);
   ended_ = ended;
+  waiting_ = false;  // no report will come that could end it
   // A medium that outlasted its header has shown by now how long it is.
   if (ended && duration_ > 0.0) duration_ = std::max(duration_, base_);
   running_out_ = ended && duration_ > 0.0 &&

@@ -1,10 +1,11 @@
 // The position of a medium as a clock that runs between the reports of its decoder.
 //
-// A decoder tells the position picture by picture: 25 times a second, once a second, or at irregular
-// distances. The player reads it every 30 ms and takes a position that does not move for the end of
-// the medium. So this clock runs on with real time while the medium plays, follows each report
-// smoothly, waits rather than go back while it runs, and stands exactly still when halted or at the end.
-// It asks no clock itself: every call is told the time. Seconds throughout. Interface thread only.
+// A decoder tells the position picture by picture: 25 times a second, once a second, or at
+// irregular distances. The player reads it every 30 ms and takes a position that does not move for
+// the end of the medium. So this clock runs on with real time while the medium plays, follows each
+// report smoothly, waits rather than go back while it runs, and stands exactly still when halted or
+// at the end. It asks no clock itself: every call is told the time. Seconds throughout. Interface
+// thread only.
 #pragma once
 
 #include <chrono>
@@ -19,7 +20,7 @@ class PlayingClock {
   void Reset();
 
   // 0 when the medium has no known end.
-  void SetDuration(double seconds) { duration_ = seconds; }
+  void SetDuration(double seconds);
   double Duration() const { return duration_; }
 
   // How long a picture of this medium stays, at most, as far as that is known: 0 when it is not.
@@ -63,12 +64,12 @@ class PlayingClock {
   double rate_ = 1.0;
   double base_ = 0.0;        // position at `anchor_`
   double correction_ = 0.0;  // what is still to be added over the time after `anchor_`
-  double ceiling_lift_ = 0.0;  // furthest report behind the duration, for media that outlast it
   TimePoint anchor_{};
   bool running_ = false;
   bool seeking_ = false;
   bool stalled_ = false;
   bool ended_ = false;
+  bool outlasts_ = false;     // has been reported behind its duration, which then limits nothing
   bool waiting_ = false;      // ahead of the decoder, which is to catch up
   bool running_out_ = false;  // ended, and what is left is still being shown
 };

@@ -21,7 +21,8 @@ SoundServer AskServer() {
   pa_context* context = pa_context_new(pa_mainloop_get_api(loop), "Kestrelview");
   SoundServer answer = SoundServer::kAbsent;
   // Starting a server is left to the sound output itself, which may be none of this one.
-  if (context != nullptr && pa_context_connect(context, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0) {
+  if (context != nullptr &&
+      pa_context_connect(context, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0) {
     answer = SoundServer::kMute;
     while (std::chrono::steady_clock::now() < deadline) {
       const pa_context_state_t state = pa_context_get_state(context);

@@ -18,10 +18,10 @@ enum class SoundServer {
   kMute,     // somebody accepted the connection and said nothing
 };
 
-// The sound outputs worth trying, in the order to try them, as libmpv's option `ao` takes them: only
-// those that have somebody at the other end, so that none of them complains or waits; "null" when
-// there is none. PulseAudio comes first, which PipeWire serves too: the level meter taps the same
-// server.
+// The sound outputs worth trying, in the order to try them, as libmpv's option `ao` takes them:
+// only those that have somebody at the other end, so that none of them complains or waits; "null"
+// when there is none. PulseAudio comes first, which PipeWire serves too: the level meter taps the
+// same server.
 std::string SoundOutputs(SoundServer server);
 
 class SoundProbe {

@@ -31,7 +31,9 @@ SwRenderer::SwRenderer(mpv_handle* core) {
   thread_ = std::thread([this] { Work(); });
 }
 
-SwRenderer::~SwRenderer() { SwRenderer::Stop(); }
+SwRenderer::~SwRenderer() {
+  SwRenderer::Stop();
+}
 
 void SwRenderer::Stop() {
   {
@@ -122,12 +124,10 @@ bool SwRenderer::Render(QSize size) {
     std::size_t stride = 4;
     char format[] = "bgr0";
     alignas(kAlignment) std::array<std::byte, kAlignment> pixel{};
-    mpv_render_param parameters[] = {{MPV_RENDER_PARAM_SW_SIZE, one},
-                                     {MPV_RENDER_PARAM_SW_FORMAT, format},
-                                     {MPV_RENDER_PARAM_SW_STRIDE, &stride},
-                                     {MPV_RENDER_PARAM_SW_POINTER, pixel.data()},
-                                     {MPV_RENDER_PARAM_SKIP_RENDERING, &skip},
-                                     {MPV_RENDER_PARAM_INVALID, nullptr}};
+    mpv_render_param parameters[] = {
+        {MPV_RENDER_PARAM_SW_SIZE, one},          {MPV_RENDER_PARAM_SW_FORMAT, format},
+        {MPV_RENDER_PARAM_SW_STRIDE, &stride},    {MPV_RENDER_PARAM_SW_POINTER, pixel.data()},
+        {MPV_RENDER_PARAM_SKIP_RENDERING, &skip}, {MPV_RENDER_PARAM_INVALID, nullptr}};
     Mpv().render_context_render(context_, parameters);
     return false;
   }

@@ -2,10 +2,11 @@
 // a third of what OpenGL in software would.
 #pragma once
 
-#include <mpv/client.h>
-#include <mpv/render.h>
+#include "engine/video_renderer.h"
 
 #include <QImage>
+#include <mpv/client.h>
+#include <mpv/render.h>
 
 #include <array>
 #include <condition_variable>
@@ -13,8 +14,6 @@
 #include <memory>
 #include <mutex>
 #include <thread>
-
-#include "engine/video_renderer.h"
 
 namespace kv {
 
@@ -60,7 +59,7 @@ class SwRenderer : public VideoRenderer {
   std::size_t shown_ = 2;
   bool has_frame_ = false;    // a frame has come since `Discard`
   bool has_picture_ = false;  // and a picture of it is finished or shown
-  bool fresh_ = false;  // `finished_` is newer than `shown_`
+  bool fresh_ = false;        // `finished_` is newer than `shown_`
 
   std::mutex mutex_;
   std::condition_variable wake_;

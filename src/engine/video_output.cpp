@@ -1,5 +1,8 @@
 #include "engine/video_output.h"
 
+#include "engine/gl_renderer.h"
+#include "engine/sw_renderer.h"
+
 #include <QEvent>
 #include <QGuiApplication>
 #include <QOffscreenSurface>
@@ -12,9 +15,6 @@
 
 #include <array>
 #include <filesystem>
-
-#include "engine/gl_renderer.h"
-#include "engine/sw_renderer.h"
 
 namespace kv {
 namespace {
@@ -81,7 +81,8 @@ class GlCanvas : public QOpenGLWidget {
   QOpenGLTextureBlitter blitter_;
 };
 
-// Without a device node no driver can be hardware, and asking OpenGL would cost a tenth of a second.
+// Without a device node no driver can be hardware, and asking OpenGL would cost a tenth of a
+// second.
 bool HasGraphicsDevice() {
   std::error_code error;
   return std::filesystem::exists("/dev/dri", error) ||
@@ -138,7 +139,8 @@ std::shared_ptr<VideoRenderer> VideoOutput::Attach(mpv_handle* core) {
     renderer_ = std::make_shared<SwRenderer>(core);
   }
   renderer_->SetPictureListener([this] {
-    QMetaObject::invokeMethod(this, [this] { ShowNewest(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { ShowNewest(); }, Qt::QueuedConnection);
   });
   PlaceCanvas();
   return renderer_;
@@ -189,7 +191,8 @@ bool VideoOutput::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Hide:
     case QEvent::Resize:
       // The state that the event tells of holds only after it has been delivered.
-      QMetaObject::invokeMethod(this, [this] { UpdateTargetSize(); }, Qt::QueuedConnection);
+      QMetaObject::invokeMethod(
+          this, [this] { UpdateTargetSize(); }, Qt::QueuedConnection);
       break;
     default:
       break;

@@ -1,29 +1,29 @@
 // Brings the renderer's pictures to the surface that owns them.
 //
 // Belongs to `MpvEngine` and lives as long. Keeps the owner, the rectangle and the canvas, a child
-// of the owning surface that shows the newest picture, and tells the renderer in which size pictures
-// are wanted. Decides once between the graphics card and the processor. Interface thread only.
+// of the owning surface that shows the newest picture, and tells the renderer in which size
+// pictures are wanted. Decides once between the graphics card and the processor. Interface thread
+// only.
 #pragma once
 
-#include <mpv/client.h>
+#include "engine/video_renderer.h"
+#include "engine/video_surface.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QRect>
 #include <QWidget>
+#include <mpv/client.h>
 
 #include <functional>
 #include <memory>
-
-#include "engine/video_renderer.h"
-#include "engine/video_surface.h"
 
 namespace kv {
 
 enum class VideoPath { kHardware, kSoftware };
 
-// Whether `ChooseVideoPath` can come to choose the hardware: to be asked before the application object
-// is made, which must then be told to share OpenGL contexts.
+// Whether `ChooseVideoPath` can come to choose the hardware: to be asked before the application
+// object is made, which must then be told to share OpenGL contexts.
 bool MayUseHardwareVideo();
 
 // Where the OpenGL renderer is hardware it is worth it; where it is a software one, or there is

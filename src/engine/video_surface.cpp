@@ -10,7 +10,9 @@ WindowHandle VideoSurfaces::Add(VideoSurface* surface) {
   return last_;
 }
 
-void VideoSurfaces::Remove(WindowHandle handle) { surfaces_.erase(handle); }
+void VideoSurfaces::Remove(WindowHandle handle) {
+  surfaces_.erase(handle);
+}
 
 VideoSurface* VideoSurfaces::Find(WindowHandle handle) const {
   const auto found = surfaces_.find(handle);
@@ -22,7 +24,9 @@ VideoSurface::VideoSurface(VideoSurfaces& surfaces, QWidget* parent)
   setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-VideoSurface::~VideoSurface() { surfaces_.Remove(handle_); }
+VideoSurface::~VideoSurface() {
+  surfaces_.Remove(handle_);
+}
 
 void VideoSurface::SetBackground(const QColor& color) {
   background_ = color;

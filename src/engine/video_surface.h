@@ -6,13 +6,13 @@
 // thread only.
 #pragma once
 
+#include "engine/filter_graph.h"
+
 #include <QPointer>
 #include <QWidget>
 
 #include <map>
 #include <memory>
-
-#include "engine/filter_graph.h"
 
 namespace kv {
 

@@ -31,8 +31,12 @@ constexpr QSize kFirstSize(720, 480);
 constexpr int kShiftKeyCode = 16;
 constexpr int kCtrlKeyCode = 17;
 
-int ToTwips(int pixels) { return pixels * kTwipsPerPixel; }
-int ToPixels(int twips) { return static_cast<int>(qRound(twips / double{kTwipsPerPixel})); }
+int ToTwips(int pixels) {
+  return pixels * kTwipsPerPixel;
+}
+int ToPixels(int twips) {
+  return static_cast<int>(qRound(twips / double{kTwipsPerPixel}));
+}
 
 // Drawn here, so that no image plug-in has to be loaded on the way to the first picture.
 QIcon ProgramIcon(const QString& drawing) {
@@ -97,7 +101,9 @@ frmMain::frmMain(const ProgramParts& parts)
   connect(&trace_timer_, &QTimer::timeout, this, [this] { TracePosition(); });
 }
 
-frmMain::~frmMain() { Movie_.SetEvents(nullptr); }
+frmMain::~frmMain() {
+  Movie_.SetEvents(nullptr);
+}
 
 void frmMain::ConnectPanel() {
   MainPanel& panel = view_.Panel();
@@ -187,7 +193,9 @@ void frmMain::ReadFileSupport() {
   session_.OpenFilter = next_line();
 }
 
-void frmMain::RefreshColors() { view_.ApplyColors(settings_.Colors); }
+void frmMain::RefreshColors() {
+  view_.ApplyColors(settings_.Colors);
+}
 
 void frmMain::PlaceWindow() {
   if (IsOn(settings_.RememberSize) && settings_.WindowWidth > 0 && settings_.WindowHeight > 0) {
@@ -209,8 +217,10 @@ void frmMain::KeepOnScreen() {
   const QSize most(room.width(), room.height() - kFrameAllowance);
   const QSize size = this->size().boundedTo(most).expandedTo(minimumSize());
   if (size != this->size()) resize(size);
-  const QPoint corner(std::clamp(x(), room.left(), std::max(room.left(), room.left() + most.width() - size.width())),
-                      std::clamp(y(), room.top(), std::max(room.top(), room.top() + most.height() - size.height())));
+  const QPoint corner(std::clamp(x(), room.left(),
+                                 std::max(room.left(), room.left() + most.width() - size.width())),
+                      std::clamp(y(), room.top(),
+                                 std::max(room.top(), room.top() + most.height() - size.height())));
   if (corner != pos()) move(corner);
 }
 
@@ -306,7 +316,8 @@ void frmMain::wheelEvent(QWheelEvent* event) {
   const Qt::KeyboardModifiers keys = event->modifiers();
   const bool shift = keys.testFlag(Qt::ShiftModifier);
   const bool ctrl = keys.testFlag(Qt::ControlModifier);
-  const int mode = ctrl ? (shift ? kWheelSecond : kWheelFrame) : (shift ? kWheelMinute : kWheelVolume);
+  const int mode =
+      ctrl ? (shift ? kWheelSecond : kWheelFrame) : (shift ? kWheelMinute : kWheelVolume);
   // Some desktops turn the wheel sideways while a key is held.
   const QPoint angle = event->angleDelta();
   wheel_angle_ += angle.y() != 0 ? angle.y() : angle.x();
@@ -339,7 +350,9 @@ void frmMain::mouseDoubleClickEvent(QMouseEvent* event) {
 
 // --- Layout
 
-int frmMain::PanelHeight() const { return panel_visible_ ? panel_height_ : 0; }
+int frmMain::PanelHeight() const {
+  return panel_visible_ ? panel_height_ : 0;
+}
 
 MovieScale frmMain::CurrentScale(bool force_panel) const {
   MovieScaleInput input;
@@ -348,8 +361,8 @@ MovieScale frmMain::CurrentScale(bool force_panel) const {
   input.PanelHeight = PanelHeight();
   input.AutoHide = GetAutoHide();
   input.PanelAccounted =
-      force_panel || (PanelHeight() <= 1 && !(IsOn(settings_.HideControlsInFullscreen) &&
-                                              IsOn(settings_.FullScreen)));
+      force_panel || (PanelHeight() <= 1 &&
+                      !(IsOn(settings_.HideControlsInFullscreen) && IsOn(settings_.FullScreen)));
   input.KeepAspect = IsOn(settings_.KeepAspect);
   input.FitToWindow = IsOn(settings_.FitToWindow);
   input.MovieWidth = session_.MovieWidth;
@@ -367,8 +380,7 @@ void frmMain::ScaleMovie(bool ForcePanel) {
 
 void frmMain::PrintCurScale() {
   if (IsOn(settings_.FullScreen)) return;
-  SetTempWindowCaption(
-      ScaleText(CurrentScale(false), session_.MovieWidth, session_.MovieHeight));
+  SetTempWindowCaption(ScaleText(CurrentScale(false), session_.MovieWidth, session_.MovieHeight));
 }
 
 void frmMain::ScaleWindow(float Factor) {
@@ -413,28 +425,48 @@ void frmMain::OpenCommandFile(const std::string& path) {
   if (IsOn(settings_.AutoZoom) && settings_.CurrentFile == path) ScaleWindow(1.0F);
 }
 
-void frmMain::AbandonOpen() { opener_.AbandonOpen(); }
-void frmMain::UpdateFileDisp(const std::string& text) { information_.UpdateFileDisp(text); }
-void frmMain::UpdateFileDataDisplay() { information_.UpdateFileDataDisplay(); }
-void frmMain::ResetAB() { marks_.ResetAB(); }
-void frmMain::BUtton_Click(int Index) { transport_.BUtton_Click(Index); }
-void frmMain::ShowStatus(int kind) { status_.ShowStatus(kind); }
-void frmMain::SetRepeatFace(int face) { view_.SetRepeatFace(face); }
+void frmMain::AbandonOpen() {
+  opener_.AbandonOpen();
+}
+void frmMain::UpdateFileDisp(const std::string& text) {
+  information_.UpdateFileDisp(text);
+}
+void frmMain::UpdateFileDataDisplay() {
+  information_.UpdateFileDataDisplay();
+}
+void frmMain::ResetAB() {
+  marks_.ResetAB();
+}
+void frmMain::BUtton_Click(int Index) {
+  transport_.BUtton_Click(Index);
+}
+void frmMain::ShowStatus(int kind) {
+  status_.ShowStatus(kind);
+}
+void frmMain::SetRepeatFace(int face) {
+  view_.SetRepeatFace(face);
+}
 
 void frmMain::LoadColorInfo() {
   ReadColorFile(parts_.folder.DataFile("colorscemes/" + settings_.ColorScheme), settings_.Colors);
 }
 
-void frmMain::SetBusyPointer(bool busy) { windows_.SetBusyPointer(busy); }
+void frmMain::SetBusyPointer(bool busy) {
+  windows_.SetBusyPointer(busy);
+}
 
-void frmMain::SetAutoHideMode() { panel_height_ = MainPanel::kFullHeight; }
+void frmMain::SetAutoHideMode() {
+  panel_height_ = MainPanel::kFullHeight;
+}
 
 void frmMain::SetPanelVisible(bool visible) {
   panel_visible_ = visible;
   view_.Panel().setVisible(visible);
 }
 
-void frmMain::HideForm() { hide(); }
+void frmMain::HideForm() {
+  hide();
+}
 
 void frmMain::StopAllTimers() {
   timers_.StopAllTimers();
@@ -446,7 +478,9 @@ void frmMain::RegisterRestart() {
   run_once_.Register(QFile::encodeName(QCoreApplication::applicationFilePath()).toStdString());
 }
 
-void frmMain::SaveSettings() { settings_life_.SaveSettings(parts_.start_up.CommandLine()); }
+void frmMain::SaveSettings() {
+  settings_life_.SaveSettings(parts_.start_up.CommandLine());
+}
 
 void frmMain::RestoreFromTray() {
   if (isMinimized() || !isVisible()) showNormal();
@@ -458,11 +492,21 @@ void frmMain::RunMenuCommand(std::string_view key) {
   if (key == "mOpen") OpenFile("", {.StartPlaying = true});
 }
 
-void frmMain::SetRenderVisible(bool visible) { view_.Surface().setVisible(visible); }
-void frmMain::SetLogoVisible(bool visible) { view_.SetLogoVisible(visible); }
-bool frmMain::RenderVisible() const { return view_.RenderVisible(); }
-WindowHandle frmMain::RenderHandle() const { return view_.Render().hWnd; }
+void frmMain::SetRenderVisible(bool visible) {
+  view_.Surface().setVisible(visible);
+}
+void frmMain::SetLogoVisible(bool visible) {
+  view_.SetLogoVisible(visible);
+}
+bool frmMain::RenderVisible() const {
+  return view_.RenderVisible();
+}
+WindowHandle frmMain::RenderHandle() const {
+  return view_.Render().hWnd;
+}
 
-void frmMain::LockWindowRedraw(bool lock) { windows_.LockWindowRedraw(lock ? this : nullptr); }
+void frmMain::LockWindowRedraw(bool lock) {
+  windows_.LockWindowRedraw(lock ? this : nullptr);
+}
 
 }  // namespace kv

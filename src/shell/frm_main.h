@@ -226,7 +226,7 @@ class frmMain : public QWidget,
   WindowZoom zoom_;
   RunOnce run_once_;
 
-  QTimer sizing_quiet_;   // runs out when a drag of the frame has come to rest
+  QTimer sizing_quiet_;  // runs out when a drag of the frame has come to rest
   QTimer trace_timer_;
   std::string BaseCaption_;
   int panel_height_ = 1;

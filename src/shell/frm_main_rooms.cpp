@@ -9,9 +9,15 @@ namespace kv {
 void frmMain::OpenPlaylist(const std::string& /*Path*/) {}
 void frmMain::OpenResumeFile(const std::string& /*Path*/, bool /*FromPlaylist*/,
                              bool /*StartPlaying*/) {}
-kv::AsxInfo frmMain::ReadAsxFile(const std::string& /*Path*/) { return {}; }
-int frmMain::PlaylistCount() const { return 0; }
-std::string frmMain::PlaylistItem(int /*index*/) const { return {}; }
+kv::AsxInfo frmMain::ReadAsxFile(const std::string& /*Path*/) {
+  return {};
+}
+int frmMain::PlaylistCount() const {
+  return 0;
+}
+std::string frmMain::PlaylistItem(int /*index*/) const {
+  return {};
+}
 void frmMain::SavePlaylist(const std::string& /*file*/) {}
 void frmMain::SavePlaylistToggle() {}
 void frmMain::PlaylistSetPrevious(bool /*to_first*/, bool /*immediate*/) {}
@@ -45,7 +51,9 @@ void frmMain::UpdateMeterWindow() {}
 void frmMain::UpdateMainMeter() {}
 void frmMain::AdjustView() {}
 void frmMain::UpdateTrendChart() {}
-bool frmMain::StopMeter() { return false; }
+bool frmMain::StopMeter() {
+  return false;
+}
 void frmMain::StartMeter() {}
 void frmMain::CyclePlugins() {}
 void frmMain::ReleasePlugin() {}

@@ -15,6 +15,8 @@ namespace {
 constexpr int kRequestMilliseconds = 2000;
 constexpr int kProbeMilliseconds = 500;
 constexpr int kMaxConnections = 16;
+// One byte more than a request can have, so that a longer one is seen to be longer.
+constexpr qint64 kReadBuffer = qint64{kHandOverHeader} + qint64{kMaxHandOverText} + 1;
 
 }  // namespace
 
@@ -48,7 +50,7 @@ void LinkServer::OnConnection() {
       socket->deleteLater();
       continue;
     }
-    socket->setReadBufferSize(static_cast<qint64>(kHandOverHeader + kMaxHandOverText + 1));
+    socket->setReadBufferSize(kReadBuffer);
     QTimer::singleShot(kRequestMilliseconds, socket, [socket] { socket->abort(); });
     const auto read = [this, socket, bytes = std::string()]() mutable {
       bytes += socket->readAll().toStdString();

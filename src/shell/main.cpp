@@ -18,14 +18,13 @@
 #include <QApplication>
 #include <QSessionManager>
 
-#include <unistd.h>
-
 #include <array>
 #include <climits>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -54,7 +53,8 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
   if (kv::MayUseHardwareVideo()) {
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
   } else {
-    // Without OpenGL in the picture's way its libraries need not be loaded, half the time of a start.
+    // Without OpenGL in the picture's way its libraries need not be loaded, half the time of a
+    // start.
     qputenv("QT_XCB_GL_INTEGRATION", "none");
   }
   QApplication application(argc, argv);
@@ -66,9 +66,8 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
   QGuiApplication::setQuitOnLastWindowClosed(false);
 
   kv::Registry registry(folder.AppFolder() + "registry.ini");
-  kv::StartUp start_up(registry, [](int priority_class) {
-    return kv::SetProcessPriorityClass(0, priority_class);
-  });
+  kv::StartUp start_up(
+      registry, [](int priority_class) { return kv::SetProcessPriorityClass(0, priority_class); });
   start_up.Main(arguments);
 
   kv::MessagePumpQt pump;
@@ -106,9 +105,8 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
 }  // namespace
 
 int main(int argc, char** argv) {
-  const kv::RawCommandLine arguments =
-      kv::JoinArguments(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc),
-                        WorkingFolder());
+  const kv::RawCommandLine arguments = kv::JoinArguments(
+      std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc), WorkingFolder());
   const kv::ProgramFolder folder(kv::AppFolderSources::OfThisProcess());
   const std::string socket = kv::HandOverSocketPath(folder.AppFolder());
   if (HandOverToRunningPlayer(arguments, socket)) return EXIT_SUCCESS;

@@ -162,7 +162,9 @@ void MainPanel::MakeButtons() {
   }
 }
 
-void MainPanel::resizeEvent(QResizeEvent* /*event*/) { LayOut(); }
+void MainPanel::resizeEvent(QResizeEvent* /*event*/) {
+  LayOut();
+}
 
 void MainPanel::LayOut() {
   const int width = this->width();
@@ -241,7 +243,9 @@ void MainPanel::SetDispUnderline(int index, bool underline) {
   label->setFont(font);
 }
 
-void MainPanel::SetTitleToolTip(const QString& text) { disp_[5]->setToolTip(text); }
+void MainPanel::SetTitleToolTip(const QString& text) {
+  disp_[5]->setToolTip(text);
+}
 
 void MainPanel::SetSliderLabel(SliderKind kind, const QString& text) {
   QLabel* label = slider_labels_[static_cast<std::size_t>(kind)];
@@ -256,9 +260,13 @@ void MainPanel::ShowConnection(const char* drawing) {
                                   QSize(kIndicator, kIndicator), devicePixelRatioF()));
 }
 
-void MainPanel::ShowResumeMark(bool visible) { pic_kvr_->setVisible(visible); }
+void MainPanel::ShowResumeMark(bool visible) {
+  pic_kvr_->setVisible(visible);
+}
 
-void MainPanel::SetFace(int button, const char* drawing) { Button(button).SetFace(art_(drawing)); }
+void MainPanel::SetFace(int button, const char* drawing) {
+  Button(button).SetFace(art_(drawing));
+}
 
 void MainPanel::ApplyColors(const std::array<std::int32_t, kColorSlots>& colors) {
   const auto slot = [&](std::size_t index) { return ToQColor(colors[index], palette()); };
@@ -292,9 +300,13 @@ int MainPanel::TitleWidth(const QString& text) const {
   return disp_[5]->fontMetrics().horizontalAdvance(text);
 }
 
-int MainPanel::TitleLeft() const { return disp_[5]->x(); }
+int MainPanel::TitleLeft() const {
+  return disp_[5]->x();
+}
 
-int MainPanel::PathWidth() const { return display_->width() - 10 - small_controls_->width(); }
+int MainPanel::PathWidth() const {
+  return display_->width() - 10 - small_controls_->width();
+}
 
 void MainPanel::paintEvent(QPaintEvent* event) {
   QPainter(this).fillRect(event->rect(), palette().window());

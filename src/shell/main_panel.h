@@ -89,7 +89,7 @@ class MainPanel : public QWidget {
   QWidget* small_controls_ = nullptr;  // `PicSControls`
   QWidget* bottom_ = nullptr;          // `BottonPanel`
   TimeStrip* pic_time_ = nullptr;
-  std::array<QLabel*, 6> disp_{};  // by index; 3 and 4 do not exist
+  std::array<QLabel*, 6> disp_{};      // by index; 3 and 4 do not exist
   std::array<QString, 6> disp_texts_;  // in full
   QLabel* ic_https_ = nullptr;
   QLabel* pic_kvr_ = nullptr;

@@ -30,11 +30,14 @@ MainView::MainView(QWidget& form, VideoSurfaces& surfaces, MessagePump& pump,
 }
 
 SliderModels MainView::Models() {
-  return {panel_->Slider(SliderKind::kPosition).Model(), panel_->Slider(SliderKind::kVolume).Model(),
-          panel_->Slider(SliderKind::kRate).Model(), panel_->Slider(SliderKind::kBalance).Model()};
+  return {panel_->Slider(SliderKind::kPosition).Model(),
+          panel_->Slider(SliderKind::kVolume).Model(), panel_->Slider(SliderKind::kRate).Model(),
+          panel_->Slider(SliderKind::kBalance).Model()};
 }
 
-void MainView::SetLogoVisible(bool visible) { imgLogo_->setVisible(visible); }
+void MainView::SetLogoVisible(bool visible) {
+  imgLogo_->setVisible(visible);
+}
 
 void MainView::PlacePanel(int width, int height, int panel_height) {
   panel_->setGeometry(0, height - panel_height, width, panel_height);
@@ -67,7 +70,9 @@ void MainView::ShowConnectionIcon(ConnectionIcon icon) {
   panel_->ShowConnection(kDrawings[static_cast<std::size_t>(icon)]);
 }
 
-void MainView::ShowResumeMark(bool visible) { panel_->ShowResumeMark(visible); }
+void MainView::ShowResumeMark(bool visible) {
+  panel_->ShowResumeMark(visible);
+}
 
 void MainView::SetTitleToolTip(const std::string& text) {
   panel_->SetTitleToolTip(ToQString(text));
@@ -83,7 +88,9 @@ void MainView::ShowStatusStrip(StatusPicture picture, const std::string& text) {
                  ToQString(text));
 }
 
-void MainView::HideStatusStrip() { picInfo_->hide(); }
+void MainView::HideStatusStrip() {
+  picInfo_->hide();
+}
 
 void MainView::SetDisp(DispLabel label, const std::string& text) {
   panel_->SetDisp(label, ToQString(text));
@@ -100,11 +107,17 @@ int MainView::PanelTextWidth(std::string_view text) const {
   return panel_->TitleWidth(ToQString(text));
 }
 
-int MainView::PanelScaleWidth() const { return panel_->width(); }
+int MainView::PanelScaleWidth() const {
+  return panel_->width();
+}
 
-int MainView::TitleLeft() const { return panel_->TitleLeft(); }
+int MainView::TitleLeft() const {
+  return panel_->TitleLeft();
+}
 
-int MainView::DisplayPathWidth() const { return panel_->PathWidth(); }
+int MainView::DisplayPathWidth() const {
+  return panel_->PathWidth();
+}
 
 void MainView::SetSliderLabel(SliderLabel which, const std::string& text, bool /*settled*/) {
   const SliderKind kind = which == SliderLabel::kVolume ? SliderKind::kVolume
@@ -122,8 +135,12 @@ void MainView::SetAbToolTip(const std::string& text) {
   panel_->Button(kMarksButton).setToolTip(ToQString(text));
 }
 
-void MainView::Cls() { panel_->PicTime().Cls(); }
+void MainView::Cls() {
+  panel_->PicTime().Cls();
+}
 
-void MainView::Print(int x, const std::string& text) { panel_->PicTime().Print(x, ToQString(text)); }
+void MainView::Print(int x, const std::string& text) {
+  panel_->PicTime().Print(x, ToQString(text));
+}
 
 }  // namespace kv

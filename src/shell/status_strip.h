@@ -1,5 +1,5 @@
-// `picInfo`: says over the movie area what the player waits for, with a picture. Owned by `frmMain`;
-// interface thread only.
+// `picInfo`: says over the movie area what the player waits for, with a picture. Owned by
+// `frmMain`; interface thread only.
 #pragma once
 
 #include <QColor>

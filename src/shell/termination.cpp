@@ -1,11 +1,10 @@
 #include "shell/termination.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
 #include <utility>
 
 namespace kv {

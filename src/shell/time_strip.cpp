@@ -33,8 +33,8 @@ void TimeStrip::Print(int x, const QString& text) {
   update();
 }
 
-// Times change 33 times a second. Their characters stand side by side in any order, so the work of a
-// text layout, which is most of what printing costs, can be left out.
+// Times change 33 times a second. Their characters stand side by side in any order, so the work of
+// a text layout, which is most of what printing costs, can be left out.
 QGlyphRun TimeStrip::Glyphs(const QString& text) const {
   QGlyphRun run;
   const bool plain = std::all_of(text.begin(), text.end(), [](QChar c) { return c < QChar(0x7F); });

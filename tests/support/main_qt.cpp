@@ -1,9 +1,8 @@
 // The entry of test programs that need the toolkit: without a screen, unless one is asked for.
 #include <QApplication>
 
-#include <gtest/gtest.h>
-
 #include <clocale>
+#include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
   // Set here and not by the test runner, which also starts the program to list its tests.
