@@ -50,7 +50,7 @@ bool clsDShowControl::BuildGraph(const std::string& File, int Top, int Left, int
                                  WindowHandle Hwnd) {
   const std::uint64_t released = released_;
   // Held here as well: a release inside the pump of `RenderFile` lets go of the field.
-  const std::shared_ptr<FilterGraph> graph = factory_.CreateGraph();
+  std::shared_ptr<FilterGraph> graph = factory_.CreateGraph();
   Control = graph;
   CurFile = File;
   const bool rendered = graph->RenderFile(File);
@@ -66,6 +66,7 @@ bool clsDShowControl::BuildGraph(const std::string& File, int Top, int Left, int
   Duration = graph->get_Duration().value_or(0.0);
   Paused = false;
   Open = true;
+  graph.reset();  // an open inside this pump releases the last of it before it makes its own
   pump_.PumpOnce();
   return rendered && released == released_;
 }

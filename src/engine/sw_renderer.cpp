@@ -135,7 +135,8 @@ bool SwRenderer::Render(QSize size) {
   buffer.Resize(size);
   int extent[2] = {size.width(), size.height()};
   auto stride = static_cast<std::size_t>(buffer.image.bytesPerLine());
-  char format[] = "bgr0";
+  // The toolkit copies the fourth byte as it is, and some windows take it for opacity.
+  char format[] = "bgra";
   mpv_render_param parameters[] = {{MPV_RENDER_PARAM_SW_SIZE, extent},
                                    {MPV_RENDER_PARAM_SW_FORMAT, format},
                                    {MPV_RENDER_PARAM_SW_STRIDE, &stride},
