@@ -138,18 +138,26 @@ void frmMain::Form_Load() {
   panel_height_ = 1;
   sliders_.Configure();
   sliders_.Connect();
+  const int plugins = ScanPlugins();
   settings_life_.LoadSettings();
   if (session_.Unloading) return;
+  if (plugins == 0) settings_.UseExternalPlugin = FromBool(false);
   BuildMenu();
   RefreshColors();
   transport_.SetRepeatButtonColor();
   settings_life_.UpdateSettings();
+  LoadIcons();
+  if (IsOn(settings_.UseExternalPlugin) && !settings_.PluginProgId.empty()) LoadExternalPlugin();
+  if (!parts_.start_up.IsDebugMode()) StartWheelHook();
   PlaceWindow();
   if (settings_.PlaylistFile.empty()) {
     settings_.PlaylistFile = parts_.folder.AppFolder() + "playlist.m3u";
     settings_.PlaylistIndex = 0;
     settings_.PreviousItemPosition = kNoPosition;
   }
+  LoadPlaylist(settings_.PlaylistFile);
+  if (IsOn(settings_.PlaylistVisible)) ShowPlaylistWindow();
+  if (IsOn(settings_.VumeterVisible)) ShowMeterWindow();
   view_.SetLogoVisible(true);
   if (IsOn(settings_.FullScreen)) {
     // Left in full screen: the toggle goes back there, and until it has the panel is shown.
@@ -159,6 +167,7 @@ void frmMain::Form_Load() {
   } else {
     ScaleMovie(false);
   }
+  SetMeterStyle(settings_.PluginStyle);
   const auto state = static_cast<WindowState>(settings_.LastWindowState);
   session_.StartingUp = false;
   Form_Resize();
@@ -172,6 +181,7 @@ void frmMain::Form_Load() {
   }
   parts_.trace.Write("window");
   timers_[MainTimer::MouseTimer].SetEnabled(true);
+  if (!parts_.start_up.IsDebugMode()) DockWindow();
   session_.FormLoaded = true;
   if (!hand_over_.FinishLoading() && IsOn(settings_.AutoLoadLast)) {
     timers_[MainTimer::LoadLast].SetEnabled(true);
@@ -290,6 +300,8 @@ void frmMain::EndSession() {
 
 void frmMain::Form_Unload() {
   if (!windows_.TaskBarVisible()) windows_.SetTaskBarVisible(true);
+  SetCursor(true, true);
+  if (!parts_.start_up.IsDebugMode()) UndockWindow();
   parts_.trace.Write("quit");
   QCoreApplication::quit();
 }

@@ -111,6 +111,16 @@ class frmMain : public QWidget,
   int PanelHeight() const;
   void SetTempWindowCaption(const std::string& text);
   void ToggleFullScreen();
+  void SetCursor(bool show, bool force);
+  int ScanPlugins();
+  void LoadExternalPlugin();
+  void LoadIcons();
+  void LoadPlaylist(const std::string& file);
+  void ShowMeterWindow();
+  void SetMeterStyle(int style);
+  void StartWheelHook();
+  void DockWindow();
+  void UndockWindow();
 
   // OpenerHost
   void OpenPlaylist(const std::string& Path) override;

@@ -6,6 +6,7 @@
 namespace kv {
 
 // Playlist and resume files
+void frmMain::LoadPlaylist(const std::string& /*file*/) {}
 void frmMain::OpenPlaylist(const std::string& /*Path*/) {}
 void frmMain::OpenResumeFile(const std::string& /*Path*/, bool /*FromPlaylist*/,
                              bool /*StartPlaying*/) {}
@@ -35,6 +36,8 @@ void frmMain::FocusPlaylistWindow() {}
 
 // Full screen, menu, tray, captions and the other windows
 void frmMain::ToggleFullScreen() {}
+void frmMain::SetCursor(bool /*show*/, bool /*force*/) {}
+void frmMain::LoadIcons() {}
 void frmMain::BuildMenu() {}
 void frmMain::UpdateMenuChecks() {}
 void frmMain::SetMenuEnabled(std::string_view /*key*/, bool /*enabled*/) {}
@@ -45,6 +48,10 @@ void frmMain::UpdateTraySettings() {}
 void frmMain::SetTempWindowCaption(const std::string& /*text*/) {}
 
 // Level meter, plug-ins and CPU graph
+int frmMain::ScanPlugins() { return 0; }
+void frmMain::LoadExternalPlugin() {}
+void frmMain::ShowMeterWindow() {}
+void frmMain::SetMeterStyle(int /*style*/) {}
 void frmMain::SetVumeterVisible() {}
 void frmMain::SetMeterSampleRate(int /*hertz*/) {}
 void frmMain::UpdateMeterWindow() {}
@@ -63,7 +70,10 @@ void frmMain::SetVuMeter1Visible(bool /*visible*/) {}
 void frmMain::PutAwayVuMeter1() {}
 void frmMain::ExtPluginMediaChanged() {}
 
-// Hooks of the desktop
+// Hooks of the desktop; the wheel comes by the toolkit's own event
+void frmMain::StartWheelHook() {}
+void frmMain::DockWindow() {}
+void frmMain::UndockWindow() {}
 void frmMain::StopWheelHook() {}
 
 }  // namespace kv
