@@ -4,6 +4,7 @@
 
 #include <array>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace kv {
@@ -91,8 +92,27 @@ void MpvCore::HandleEvents(double seconds) {
     const mpv_event* event = Mpv().wait_event(handle_, seconds);
     if (event->event_id == MPV_EVENT_NONE) return;
     seconds = 0.0;
-    if (listener_ != nullptr) listener_->OnMpvEvent(*event);
+    if (listener_ != nullptr) {
+      listener_->OnMpvEvent(*event);
+    } else if (event->event_id == MPV_EVENT_HOOK) {
+      // Left without an answer it would hold up the core for good.
+      RefuseHook(static_cast<mpv_event_hook*>(event->data)->id);
+    }
   }
+}
+
+void MpvCore::SetListener(Listener* listener) {
+  listener_ = listener;
+  if (listener_ == nullptr && held_hook_ != 0) RefuseHook(std::exchange(held_hook_, 0));
+}
+
+void MpvCore::ReleaseHook() {
+  if (held_hook_ != 0) Mpv().hook_continue(handle_, std::exchange(held_hook_, 0));
+}
+
+void MpvCore::RefuseHook(std::uint64_t hook) {
+  Command({"stop"});
+  Mpv().hook_continue(handle_, hook);
 }
 
 std::uint64_t MpvCore::Command(std::initializer_list<const char*> words) {

@@ -45,7 +45,13 @@ class MpvCore : public QObject {
   bool Valid() const { return handle_ != nullptr; }
   mpv_handle* Handle() const { return handle_; }
 
-  void SetListener(Listener* listener) { listener_ = listener; }
+  // Without a listener nothing is wanted of the core: a medium that it is about to open is stopped.
+  void SetListener(Listener* listener);
+
+  // Before it opens a medium the core waits for the answer to its hook. Held, it waits until
+  // `ReleaseHook`, or until there is no listener any more.
+  void HoldHook(std::uint64_t hook) { held_hook_ = hook; }
+  void ReleaseHook();
 
   // Each answers the number under which the event of its completion comes back.
   std::uint64_t Command(std::initializer_list<const char*> words);
@@ -67,11 +73,13 @@ class MpvCore : public QObject {
 
  private:
   static void OnWakeup(void* self);
+  void RefuseHook(std::uint64_t hook);
 
   mpv_handle* handle_ = nullptr;
   Listener* listener_ = nullptr;
   std::shared_ptr<VideoRenderer> renderer_;
   std::uint64_t last_request_ = 0;
+  std::uint64_t held_hook_ = 0;  // 0: none
   std::atomic<bool> wakeup_pending_{false};
 };
 

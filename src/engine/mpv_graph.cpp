@@ -20,6 +20,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr int kPollMilliseconds = 20;
+constexpr double kLastMomentsPollSeconds = 0.01;
 // A core takes a command at once unless it is stuck in a system call.
 constexpr auto kCorePatience = std::chrono::milliseconds(1500);
 constexpr auto kLocalPatience = std::chrono::seconds(30);
@@ -295,12 +296,28 @@ int MpvGraph::WaitForCompletion(int timeout_milliseconds) {
   if (!Ready()) return kGraphAborted;
   const auto deadline = Clock::now() + std::chrono::milliseconds(timeout_milliseconds);
   engine_.Core().HandleEvents(0.0);
-  while (!clock_.Ended()) {
+  while (!AtEnd()) {
+    const bool last_moments = clock_.Ended() || ReachedDuration();
+    // A jump from the end to the end can be over before the core knows that it is at the end.
+    if (last_moments && !clock_.Ended() && ended_request_ == 0) {
+      ended_request_ = engine_.Core().Ask("eof-reached", MPV_FORMAT_FLAG);
+    }
     const std::chrono::duration<double> left = deadline - Clock::now();
     if (left.count() <= 0.0) return kGraphRunning;
-    engine_.Core().HandleEvents(left.count());
+    // What the decoder has left to be heard and seen at its end runs out without an event.
+    engine_.Core().HandleEvents(last_moments ? std::min(left.count(), kLastMomentsPollSeconds)
+                                             : left.count());
   }
   return kGraphComplete;
+}
+
+bool MpvGraph::AtEnd() const {
+  return clock_.Ended() && clock_.Position(Clock::now()) >= clock_.Duration();
+}
+
+bool MpvGraph::ReachedDuration() const {
+  return clock_.Running() && clock_.Duration() > 0.0 &&
+         clock_.Position(Clock::now()) >= clock_.Duration();
 }
 
 void MpvGraph::OnMpvEvent(const mpv_event& event) {
@@ -337,6 +354,7 @@ void MpvGraph::OnMpvEvent(const mpv_event& event) {
 void MpvGraph::OnCommandReply(const mpv_event& event) {
   if (event.reply_userdata == load_request_) {
     load_accepted_ = true;
+    engine_.Core().ReleaseHook();
     if (event.error < 0) {
       phase_ = Phase::kFailed;
       return;
@@ -355,8 +373,18 @@ void MpvGraph::OnCommandReply(const mpv_event& event) {
 }
 
 void MpvGraph::OnHook(const mpv_event_hook& hook) {
+  // Of a medium before ours: our own load, which is on its way, puts an end to it.
+  if (!load_accepted_) {
+    engine_.Core().HoldHook(hook.id);
+    return;
+  }
   // A medium whose content turned out to be a list makes the core go on to what the list names.
-  if (started_ != entry_) engine_.Core().Command({"stop"});
+  if (started_ != entry_) {
+    engine_.Core().Command({"stop"});
+  } else {
+    // The medium before has ended and ours has not begun: no picture can be ours yet.
+    engine_.Video().Discard();
+  }
   Mpv().hook_continue(engine_.Core().Handle(), hook.id);
 }
 

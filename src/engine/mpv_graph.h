@@ -106,6 +106,8 @@ class MpvGraph : public FilterGraph, public MpvCore::Listener, private MpvGraphS
  private:
   bool Ready() const { return phase_ == Phase::kReady; }
   bool HasVideo() const { return Ready() && size_.width > 0 && size_.height > 0; }
+  bool AtEnd() const;
+  bool ReachedDuration() const;
   bool WaitUntilLoaded(const std::string& target, bool remote);
   void Fail();
   void OnCommandReply(const mpv_event& event);

@@ -212,11 +212,15 @@ void VideoOutput::SetRectangle(const QRect& rectangle) {
   PlaceCanvas();
 }
 
+void VideoOutput::Discard() {
+  if (renderer_) renderer_->Discard();
+}
+
 void VideoOutput::SetShown(bool shown) {
   if (shown == shown_) return;
   shown_ = shown;
   awaiting_first_ = shown;
-  if (!shown && renderer_) renderer_->Discard();
+  if (!shown) Discard();
   PlaceCanvas();
 }
 
@@ -243,6 +247,7 @@ void VideoOutput::ShowNewest() {
 }
 
 void VideoOutput::OnPainted() {
+  ++painted_;
   UpdateTargetSize();  // the scale changes without an event when the window moves to another screen
   if (!awaiting_first_) return;
   awaiting_first_ = false;

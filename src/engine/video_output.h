@@ -48,11 +48,16 @@ class VideoOutput : public QObject {
   // In device-independent pixels of the owner.
   void SetRectangle(const QRect& rectangle);
   const QRect& Rectangle() const { return rectangle_; }
+  // Forgets the last picture; the next that comes is the first of its medium.
+  void Discard();
   // Off: the owner shows nothing but itself.
   void SetShown(bool shown);
   bool SetFullScreen(bool on);
   void SetCursorHidden(bool hidden);
   bool CursorHidden() const { return cursor_hidden_; }
+
+  // How many pictures have been painted in all.
+  long PaintedPictures() const { return painted_; }
 
   // Called when the first picture since the last `SetShown(true)` has been painted.
   void SetFirstPictureListener(std::function<void()> listener) { on_first_ = std::move(listener); }
@@ -75,6 +80,7 @@ class VideoOutput : public QObject {
   bool shown_ = false;
   bool cursor_hidden_ = false;
   bool awaiting_first_ = false;
+  long painted_ = 0;
   QPointer<QWidget> canvas_;
   std::function<void()> on_first_;
 };

@@ -280,7 +280,10 @@ void frmMain::FadeIn() {
 }
 
 void frmMain::TracePosition() {
-  if (Movie_.DS_IsOpen()) parts_.trace.WriteSeconds("position", Movie_.DS_GetPosition());
+  if (Movie_.DS_IsOpen()) {
+    parts_.trace.WriteSeconds("position", Movie_.DS_GetPosition());
+    parts_.trace.Write("pictures", std::to_string(parts_.engine.Video().PaintedPictures()));
+  }
 }
 
 // --- The form's own events

@@ -48,7 +48,9 @@ void frmMain::UpdateTraySettings() {}
 void frmMain::SetTempWindowCaption(const std::string& /*text*/) {}
 
 // Level meter, plug-ins and CPU graph
-int frmMain::ScanPlugins() { return 0; }
+int frmMain::ScanPlugins() {
+  return 0;
+}
 void frmMain::LoadExternalPlugin() {}
 void frmMain::ShowMeterWindow() {}
 void frmMain::SetMeterStyle(int /*style*/) {}
