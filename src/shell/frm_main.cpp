@@ -4,8 +4,10 @@
 #include "state/color_file.h"
 #include "system/special_folders.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QFile>
 #include <QGuiApplication>
 #include <QIcon>
@@ -298,7 +300,12 @@ void frmMain::closeEvent(QCloseEvent* event) {
 }
 
 void frmMain::EndSession() {
-  if (form_life_.Form_QueryUnload(UnloadMode::kSessionEnd)) Form_Unload();
+  if (!form_life_.Form_QueryUnload(UnloadMode::kSessionEnd)) return;
+  Form_Unload();
+  // A question that is still open has a loop of its own, which may stand before the program's.
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (auto* dialog = qobject_cast<QDialog*>(window)) dialog->done(QDialog::Rejected);
+  }
 }
 
 void frmMain::Form_Unload() {

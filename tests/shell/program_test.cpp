@@ -211,6 +211,18 @@ TEST(Program, HandsOverToTheOneThatRuns) {
   EXPECT_TRUE(third.Terminate());
 }
 
+// The box stands before the program's own loop has begun.
+TEST(Program, LeavesABoxOfItsStartWhenTheSessionEnds) {
+  const TempFolder home;
+  WriteConfig(home, Usual());
+  Player player(home);
+  player.Start(home.Path("nothing.mkv"));
+  ASSERT_TRUE(player.WaitFor([&] { return player.Seen("start"); }));
+  EXPECT_FALSE(player.Ended(300));
+  EXPECT_TRUE(player.Terminate());
+  EXPECT_FALSE(player.Seen("window"));
+}
+
 TEST(Program, ComesUpWhateverItsSettingsHold) {
   const std::vector<std::pair<const char*, std::string>> contents = {
       {"nothing", ""},
