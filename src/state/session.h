@@ -27,6 +27,20 @@ struct Session {
   // the list, cleared by loading and saving it.
   bool PlaylistDirty = false;
 
+  // `frmPlaylist` is loaded, so that its rows must follow the list. Written by that window.
+  bool PlaylistWindowLoaded = false;
+
+  // `frmScanning` is on screen, and its Cancel was pressed. Written by that window; the routine
+  // that shows it clears the second.
+  bool ScanWindowOpen = false;
+  bool ScanAbort = false;
+
+  // `frmQuickSearch` is open. Written by that window.
+  bool QuickSearchOpen = false;
+
+  // `frmCopy` is open. Written by that window.
+  bool CopyWindowOpen = false;
+
   // Size of the video in its own pixels, 0 for sound. Written by the opener after each open.
   int MovieWidth = 0;
   int MovieHeight = 0;

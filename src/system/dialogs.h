@@ -62,8 +62,12 @@ class Dialogs {
   // The standard colour dialog, starting at `initial`.
   virtual ColorDialogResult ShowColorDialog(std::int32_t initial, const CustomColors& custom) = 0;
 
-  // Lets the user pick a folder; empty when cancelled.
-  virtual std::string BrowseForFolderDialog(const std::string& title) = 0;
+  // Lets the user pick a folder, beginning in `start` (empty: the platform's own choice). The
+  // path is given byte for byte; empty when cancelled.
+  virtual std::string BrowseDirectorysOnly(const std::string& title, const std::string& start) = 0;
+  std::string BrowseForFolderDialog(const std::string& title) {
+    return BrowseDirectorysOnly(title, {});
+  }
 };
 
 }  // namespace kv

@@ -188,11 +188,12 @@ ColorDialogResult DialogsQt::ShowColorDialog(std::int32_t initial, const CustomC
   return result;
 }
 
-std::string DialogsQt::BrowseForFolderDialog(const std::string& title) {
+std::string DialogsQt::BrowseDirectorysOnly(const std::string& title, const std::string& start) {
   const Modal<QFileDialog> dialog(Owner());
   dialog->setWindowTitle(ToQString(title));
   dialog->setFileMode(QFileDialog::Directory);
   dialog->setOption(QFileDialog::ShowDirsOnly);
+  if (!start.empty()) dialog->setDirectory(ToName(start));
   if (!dialog.Accepted() || dialog->selectedFiles().isEmpty()) return {};
   return FromName(dialog->selectedFiles().constFirst());
 }

@@ -20,7 +20,7 @@ class DialogsQt : public Dialogs {
   BoxAnswer ShowMessageBox(const MessageBoxRequest& request) override;
   FileDialogResult ShowFileDialog(const FileDialogRequest& request) override;
   ColorDialogResult ShowColorDialog(std::int32_t initial, const CustomColors& custom) override;
-  std::string BrowseForFolderDialog(const std::string& title) override;
+  std::string BrowseDirectorysOnly(const std::string& title, const std::string& start) override;
 
  private:
   QWidget* Owner() const;

@@ -1,26 +1,38 @@
 #include "system/text_platform_qt.h"
 
-#include "system/ascii_text.h"
 #include "system/utf8.h"
 
 #include <QChar>
 #include <QLocale>
 
 namespace kv {
+namespace {
 
-std::string TextPlatformQt::Lower(std::string_view text) const {
+// `text` with `map` applied to each character; a stray byte is no letter and stays.
+template <class Map>
+std::string Mapped(std::string_view text, Map map) {
   std::string result;
   result.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
     const Utf8Char next = DecodeUtf8(text, at);
-    if (next.valid && next.code >= 0x80) {
-      AppendUtf8(result, QChar::toLower(next.code));
+    if (next.valid) {
+      AppendUtf8(result, map(next.code));
     } else {
-      result += LowerAscii(text[at]);  // a stray byte is no letter and stays
+      result += text[at];
     }
     at += next.size;
   }
   return result;
+}
+
+}  // namespace
+
+std::string TextPlatformQt::Lower(std::string_view text) const {
+  return Mapped(text, [](char32_t code) { return QChar::toLower(code); });
+}
+
+std::string TextPlatformQt::Upper(std::string_view text) const {
+  return Mapped(text, [](char32_t code) { return QChar::toUpper(code); });
 }
 
 std::string TextPlatformQt::DecimalSeparator() const {

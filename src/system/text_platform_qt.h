@@ -12,6 +12,7 @@ namespace kv {
 class TextPlatformQt : public TextPlatform {
  public:
   std::string Lower(std::string_view text) const override;
+  std::string Upper(std::string_view text) const override;
   std::string DecimalSeparator() const override;
 };
 

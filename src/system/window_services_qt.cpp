@@ -131,9 +131,13 @@ void WindowServicesQt::SetCursorHidden(bool hide) {
   ApplyPointer();
 }
 
-void WindowServicesQt::SetBusyPointer(bool busy) {
+void WindowServicesQt::ShowBusyPointer(bool busy) {
   busy_ = busy;
   ApplyPointer();
+}
+
+void WindowServicesQt::SetBusyPointer(bool busy) {
+  ShowBusyPointer(busy);
   pump_.PumpOnce();
 }
 

@@ -77,7 +77,10 @@ class WindowServicesQt {
   // Counted: the pointer is hidden while it has been hidden more often than shown.
   void SetCursorHidden(bool hide);
 
-  // The hourglass or the default pointer over all windows, then one pump. Not counted.
+  // The hourglass or the default pointer over all windows. Not counted.
+  void ShowBusyPointer(bool busy);
+
+  // The same, then one pump.
   void SetBusyPointer(bool busy);
 
  private:

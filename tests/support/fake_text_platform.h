@@ -20,12 +20,20 @@ class FakeTextPlatform : public TextPlatform {
     if (locale_ != nullptr) freelocale(locale_);
   }
 
-  std::string Lower(std::string_view text) const override {
+  std::string Lower(std::string_view text) const override { return Mapped(text, towlower_l); }
+  std::string Upper(std::string_view text) const override { return Mapped(text, towupper_l); }
+
+  std::string DecimalSeparator() const override { return decimal_separator; }
+
+  std::string decimal_separator = ".";
+
+ private:
+  std::string Mapped(std::string_view text, wint_t (*map)(wint_t, locale_t)) const {
     std::string result;
     for (std::size_t at = 0; at < text.size();) {
       const Utf8Char next = DecodeUtf8(text, at);
       if (next.valid && locale_ != nullptr) {
-        AppendUtf8(result, static_cast<char32_t>(towlower_l(next.code, locale_)));
+        AppendUtf8(result, static_cast<char32_t>(map(next.code, locale_)));
       } else {
         result.append(text.substr(at, next.size));
       }
@@ -34,11 +42,6 @@ class FakeTextPlatform : public TextPlatform {
     return result;
   }
 
-  std::string DecimalSeparator() const override { return decimal_separator; }
-
-  std::string decimal_separator = ".";
-
- private:
   locale_t locale_;
 };
 

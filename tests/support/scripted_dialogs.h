@@ -40,6 +40,7 @@ class ScriptedDialogs : public Dialogs {
   const std::vector<FileDialogRequest>& FileRequests() const { return file_requests_; }
   const std::vector<std::int32_t>& ColorRequests() const { return color_requests_; }
   const std::vector<std::string>& FolderRequests() const { return folder_requests_; }
+  const std::vector<std::string>& FolderStarts() const { return folder_starts_; }
 
   // The text of the last box, empty when there was none.
   std::string LastText() const { return boxes_.empty() ? std::string() : boxes_.back().text; }
@@ -69,7 +70,8 @@ class ScriptedDialogs : public Dialogs {
     return Next(color_answers_, ColorDialogResult{-1, custom}, "colour dialog");
   }
 
-  std::string BrowseForFolderDialog(const std::string& title) override {
+  std::string BrowseDirectorysOnly(const std::string& title, const std::string& start) override {
+    folder_starts_.push_back(start);
     folder_requests_.push_back(title);
     Opened();
     return Next(folder_answers_, std::string(), title);
@@ -100,6 +102,7 @@ class ScriptedDialogs : public Dialogs {
   std::vector<FileDialogRequest> file_requests_;
   std::vector<std::int32_t> color_requests_;
   std::vector<std::string> folder_requests_;
+  std::vector<std::string> folder_starts_;
 };
 
 }  // namespace kv

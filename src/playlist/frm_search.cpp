@@ -1,0 +1,93 @@
+#include "playlist/frm_search.h"
+
+#include "system/text_platform_qt.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cstddef>
+
+namespace kv {
+namespace {
+
+constexpr int kMargin = 14;
+constexpr int kSpacing = 8;
+constexpr int kWidth = 340;
+
+}  // namespace
+
+frmSearch::frmSearch(ListSearch& search, QWidget* owner)
+    : QDialog(owner), search_(search), Text1_(new QLineEdit(this)), List1_(new QListWidget(this)) {
+  setObjectName(QStringLiteral("frmSearch"));
+  setWindowTitle(QStringLiteral("Search in Playlist"));
+  if (owner != nullptr) setPalette(owner->palette());
+  auto* const keyword = new QLabel(tr("&Keyword (* any text, ? one character, # one digit)"), this);
+  auto* const fields = new QLabel(tr("&Fields"), this);
+  keyword->setBuddy(Text1_);
+  fields->setBuddy(List1_);
+  Text1_->setAccessibleName(tr("Keyword"));
+  List1_->setAccessibleName(tr("Fields"));
+  FillList1();
+
+  auto* const Command1 = new QPushButton(QStringLiteral("Search (F3)"), this);
+  auto* const Command2 = new QPushButton(QStringLiteral("&Cancel"), this);
+  Command1->setDefault(true);
+  Command2->setAutoDefault(false);
+  auto* const buttons = new QHBoxLayout;
+  buttons->setSpacing(kSpacing);
+  buttons->addStretch();
+  buttons->addWidget(Command1);
+  buttons->addWidget(Command2);
+
+  auto* const page = new QVBoxLayout(this);
+  page->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  page->setSpacing(kSpacing);
+  page->addWidget(keyword);
+  page->addWidget(Text1_);
+  page->addWidget(fields);
+  page->addWidget(List1_, 1);
+  page->addLayout(buttons);
+  page->setSizeConstraint(QLayout::SetMinimumSize);
+  resize(std::max(kWidth, sizeHint().width()), sizeHint().height());
+
+  connect(Command1, &QPushButton::clicked, this, &frmSearch::Command1_Click);
+  connect(Command2, &QPushButton::clicked, this, &frmSearch::reject);
+  connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this,
+          &frmSearch::Command1_Click);
+  Text1_->setText(ToQString(search_.Keyword()));
+  Text1_->selectAll();
+  Text1_->setFocus();
+}
+
+void frmSearch::FillList1() {
+  List1_->setSelectionMode(QAbstractItemView::MultiSelection);
+  List1_->setUniformItemSizes(true);
+  const bool again = !search_.Keyword().empty();
+  for (std::size_t i = 0; i < search_.Fields().size(); ++i) {
+    auto* const item = new QListWidgetItem(ToQString(kPlaylistColumnTable[i + 1].title), List1_);
+    item->setSelected(again && search_.Fields()[i]);
+  }
+  const int rows = List1_->count() * List1_->sizeHintForRow(0);
+  List1_->setMinimumHeight(rows + 2 * List1_->frameWidth());
+}
+
+void frmSearch::Command1_Click() {
+  SearchColumns fields{};
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    fields[i] = List1_->item(static_cast<int>(i))->isSelected();
+  }
+  const QPointer<frmSearch> self(this);  // a box may tell what is missing, and anything happen then
+  if (search_.Search(FromQString(Text1_->text()), fields) && self != nullptr) accept();
+}
+
+void frmSearch::reject() {
+  search_.Cancel();
+  QDialog::reject();
+}
+
+}  // namespace kv

@@ -1,0 +1,17 @@
+#include "playlist/frm_search_vis.h"
+
+namespace kv {
+
+frmSearchVis::frmSearchVis(QWidget* owner)
+    : QLabel(QStringLiteral("Searching in playlist...."), owner) {
+  constexpr int kMargin = 18;
+  setObjectName(QStringLiteral("frmSearchVis"));
+  setMargin(kMargin);
+  setFrameShape(QFrame::Box);
+  setAutoFillBackground(true);
+  adjustSize();
+  move(owner->rect().center() - rect().center());
+  show();
+}
+
+}  // namespace kv

@@ -1,0 +1,294 @@
+#include "playlist/details_loader.h"
+
+#include "playlist/list_room.h"
+#include "playlist/media_details.h"
+#include "support/temp_folder.h"
+
+#include <fstream>
+#include <future>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace kv {
+namespace {
+
+using Strings = std::vector<std::string>;
+
+struct ScriptedFile : MpegHeaderInfo {
+  bool IsValid(const std::string& /*path*/) override { return valid; }
+  double Duration() const override { return 59.2; }
+  int Bitrate() const override { return 192; }
+  int Frequency() const override { return 44100; }
+  std::string Mode() const override { return "Joint stereo"; }
+  int HeaderValue() const override { return 0; }
+  bool valid = false;
+};
+
+struct ScriptedTag : TagReader {
+  void Load(const std::string& /*path*/) override { loaded = true; }
+  bool HasTag() const override { return loaded && has; }
+  std::string Title() const override { return title; }
+  void SetTitle(const std::string& text) override { title = text; }
+  std::string Artist() const override { return name + " artist"; }
+  std::string Album() const override { return "al\nbum"; }
+  int Genre() const override { return 17; }
+  std::string GenreName(int number) const override { return name + std::to_string(number); }
+  std::string name, title;
+  bool has = false, loaded = false;
+};
+
+struct ScriptedReaders : MediaReaders {
+  std::unique_ptr<MpegHeaderInfo> MakeMpegHeaderInfo() const override {
+    return std::make_unique<ScriptedFile>(file);
+  }
+  std::unique_ptr<TagReader> MakeTagReaderPrimary() const override {
+    return std::make_unique<ScriptedTag>(primary);
+  }
+  std::unique_ptr<TagReader> MakeTagReaderSecondary() const override {
+    return std::make_unique<ScriptedTag>(secondary);
+  }
+  ScriptedReaders() {
+    primary.name = "v1";
+    secondary.name = "v2";
+  }
+  ScriptedFile file;
+  ScriptedTag primary, secondary;
+};
+
+TEST(MediaDetails, TakesTheTagThatIsThereAndMeasuresMpegAlone) {
+  FakeTextPlatform text;
+  text.decimal_separator = ",";
+  const TempFolder folder;
+  const std::string path = folder.Path("my song.Mp3");
+  std::ofstream(path) << std::string(2048, 'x');
+  const std::string size = "2,00 KB";
+  const struct {
+    bool mpeg, v1, v2;
+    std::string title;
+    std::string title_shown, artist, genre;
+  } rows[] = {
+      {true, true, true, " Le titre ", "Le titre", "v1 artist", "v117"},
+      {true, false, true, "Le titre", "Le titre", "v2 artist", "v217"},
+      {true, true, false, " \t ", "My Song", "v1 artist", "v117"},
+      {true, false, false, "x", "", "", ""},
+      {false, true, true, "x", "", "", ""},
+  };
+  for (const auto& row : rows) {
+    ScriptedReaders readers;
+    readers.file.valid = row.mpeg;
+    readers.primary.has = row.v1;
+    readers.secondary.has = row.v2;
+    readers.primary.title = readers.secondary.title = row.title;
+    const MediaDetails details = ReadMediaDetails(path, readers, text, ",");
+    EXPECT_EQ(details.title, row.title_shown);
+    EXPECT_EQ(details.artist, row.artist);
+    EXPECT_EQ(details.album, row.artist.empty() ? "" : "al bum");
+    EXPECT_EQ(details.genre, row.genre);
+    EXPECT_EQ(details.time, row.mpeg ? "00:01:00" : "");
+    EXPECT_EQ(details.bitrate, row.mpeg ? "192" : "");
+    EXPECT_EQ(details.frequency, row.mpeg ? "44100" : "");
+    EXPECT_EQ(details.file_size, size);
+    EXPECT_EQ(details.extension, "Mp3");
+    EXPECT_EQ(GetFileTime(path, readers), row.mpeg ? "00:01:00" : "??:??:??");
+  }
+}
+
+TEST(MediaDetails, ATagCannotFloodACell) {
+  const FakeTextPlatform text;
+  ScriptedReaders readers;
+  readers.file.valid = readers.primary.has = true;
+  for (int i = 0; i < 100000; ++i) readers.primary.title += "ä";
+  const MediaDetails details = ReadMediaDetails("/none", readers, text, ".");
+  EXPECT_EQ(details.title.size(), 2 * kMaxDetailCharacters);
+}
+
+class Loading : public ListRoom {
+ public:
+  explicit Loading(int count, bool details = true) {
+    settings.PlaylistShowDetails = FromBool(details);
+    Strings paths;
+    for (int i = 1; i <= count; ++i) paths.push_back("/" + std::to_string(i));
+    Load(paths);
+  }
+  int Filled() const {
+    const Strings titles = Cells(6);
+    return static_cast<int>(titles.size() -
+                            static_cast<std::size_t>(std::count(titles.begin(), titles.end(), "")));
+  }
+  // Every row shows the details of its own item.
+  void ExpectAllFilled() const {
+    for (int row = 1; row <= rows.RowCount(); ++row) {
+      EXPECT_EQ(rows.SubItem(row, 6), "T" + list.Item(row));
+    }
+    EXPECT_EQ(form.DetailsCursor, 0);
+    EXPECT_EQ(time.ActiveTimers(), 0);
+  }
+};
+
+TEST(DetailsLoader, FillsARowInEachTickAndThenRests) {
+  Loading room(20);
+  room.Run(11);
+  EXPECT_EQ(room.form.DetailsCursor, 10);
+  EXPECT_EQ(room.Filled(), 10);
+  EXPECT_EQ(room.rows.Status(), "Loading details...");
+  room.Run(30);
+  room.ExpectAllFilled();
+  EXPECT_EQ(room.rows.Status(), "20 items in list.");
+  EXPECT_EQ(room.read.size(), 20U);
+}
+
+TEST(DetailsLoader, ASlowFileHoldsUpNothingButItsRow) {
+  Loading room(3);
+  room.read_at_once = false;
+  room.Run(50);
+  EXPECT_EQ(room.Filled(), 0);
+  EXPECT_EQ(room.form.DetailsCursor, 0);
+  EXPECT_EQ(room.pump.Pumps(), 1);  // announced once
+  room.files.ReadOne();
+  room.Run(2);
+  EXPECT_EQ(room.form.DetailsCursor, 1);
+  EXPECT_EQ(room.Filled(), 1);
+}
+
+TEST(DetailsLoader, AWalkSurvivesWhatHappensToTheRows) {
+  const struct {
+    const char* what;
+    std::function<void(Loading&)> change;  // with 10 of 20 rows filled
+  } rows[] = {
+      {"rows above go",
+       [](Loading& room) {
+         room.Select({1, 2, 3});
+         room.order.RemoveSel(false);
+       }},
+      {"all but some go",
+       [](Loading& room) {
+         room.rows.SelectRange(5, 20, true);
+         room.order.RemoveSel(false);
+       }},
+      {"all go", [](Loading& room) { room.order.ClearList(); }},
+      {"a filled row changes places with the next",
+       [](Loading& room) {
+         room.Select({10});
+         room.order.MoveFilesDown();
+       }},
+      {"sorted", [](Loading& room) { room.order.SList(); }},
+      {"shuffled", [](Loading& room) { room.order.RList(); }},
+      {"a row comes",
+       [](Loading& room) {
+         room.list.add("/new");
+         room.rows.FillPlaylist("/new");
+       }},
+      {"too many rows",
+       [](Loading& room) {
+         room.list.Remove(20);
+         room.rows.Remove({20});
+       }},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    Loading room(20);
+    room.Run(11);
+    row.change(room);
+    room.Run(60);
+    room.ExpectAllFilled();
+    EXPECT_EQ(room.rows.Status(), std::to_string(room.rows.RowCount()) + " items in list.");
+  }
+}
+
+TEST(DetailsLoader, AnAddedRowIsFilledWithoutAWordInThePanel) {
+  Loading room(2);
+  room.Run(10);
+  room.rows.SetStatus("Adding files...");
+  for (const char* path : {"/x", "/y"}) {
+    room.list.add(path);
+    room.rows.FillPlaylist(path);
+    EXPECT_EQ(room.rows.SubItem(room.rows.RowCount(), 6), "");
+  }
+  room.Run(10);
+  room.ExpectAllFilled();
+  EXPECT_EQ(room.rows.Status(), "Adding files...");
+  EXPECT_EQ(room.read.size(), 4U);
+}
+
+TEST(DetailsLoader, SwitchingOffStopsAtOnceAndClearsTheColumns) {
+  Loading room(20);
+  room.Run(11);
+  room.pump.Post([&room] { room.rows.FillPlaylist("/late"); });  // a drop in that moment
+  room.loader.ShowDetails(false);
+  EXPECT_EQ(room.Filled(), 0);
+  EXPECT_EQ(room.rows.SubItem(1, 1), "1");
+  EXPECT_EQ(room.time.ActiveTimers(), 0);
+  EXPECT_EQ(room.rows.Status(), "21 items in list.");
+  EXPECT_FALSE(IsOn(room.settings.PlaylistShowDetails));
+  EXPECT_FALSE(room.files.ReadOne());
+  room.list.add("/late");
+  room.loader.ShowDetails(true);
+  room.Run(60);
+  room.ExpectAllFilled();
+}
+
+TEST(DetailsLoader, AClosingWindowEndsTheWalkInTheNextTick) {
+  Loading room(20);
+  room.Run(5);
+  room.form.Closing = true;
+  room.Run(1);
+  EXPECT_EQ(room.time.ActiveTimers(), 0);
+  EXPECT_FALSE(room.files.ReadOne());
+}
+
+TEST(DetailsReadAhead, ResultsNobodyWantsAnyMoreAreDropped) {
+  int reads = 0;
+  DetailsReadAhead files(
+      [&reads](const std::string& path) {
+        ++reads;
+        if (path == "/bad") throw std::runtime_error("no");
+        MediaDetails details;
+        details.title = path;
+        return details;
+      },
+      DetailsReadAhead::Worker::kByHand);
+  files.Want({"/a", "/bad", "/a"});
+  while (files.ReadOne()) {
+  }
+  EXPECT_EQ(reads, 2);
+  EXPECT_EQ(files.Take("/bad"), MediaDetails{});
+  files.Want({"/b"});
+  EXPECT_FALSE(files.Take("/a"));
+  EXPECT_FALSE(files.Take("/b"));
+  EXPECT_TRUE(files.ReadOne());
+  EXPECT_EQ(files.Take("/b")->title, "/b");
+  EXPECT_FALSE(files.Take("/b"));
+}
+
+TEST(DetailsReadAhead, AReadThatHangsIsLeftBehind) {
+  struct Mount {
+    std::promise<void> entered, released, left;
+  };
+  const auto mount = std::make_shared<Mount>();
+  {
+    DetailsReadAhead files([mount](const std::string& path) {
+      if (path == "/hangs") {
+        mount->entered.set_value();
+        mount->released.get_future().wait();
+        mount->left.set_value();
+      }
+      MediaDetails details;
+      details.title = path;
+      return details;
+    });
+    files.Want({"/hangs", "/a"});
+    mount->entered.get_future().wait();
+    EXPECT_FALSE(files.Take("/a"));
+    files.Abandon();
+    files.Want({"/a"});
+    std::optional<MediaDetails> details;
+    while (!(details = files.Take("/a"))) std::this_thread::yield();
+    EXPECT_EQ(details->title, "/a");
+  }  // does not wait for the mount
+  mount->released.set_value();
+  mount->left.get_future().wait();
+}
+
+}  // namespace
+}  // namespace kv

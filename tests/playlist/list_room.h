@@ -1,0 +1,125 @@
+// The list with its rows and all that works on them, as a main window would put them together; the
+// window itself is a log.
+#pragma once
+
+#include "playlist/details_loader.h"
+#include "playlist/list_order.h"
+#include "playlist/list_rows.h"
+#include "support/fake_pump.h"
+#include "support/fake_shell_services.h"
+#include "support/fake_text_platform.h"
+#include "support/scripted_dialogs.h"
+#include "support/virtual_time.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace kv {
+
+// Keeps a copy of the rows' number by what it is told alone, as an item model does.
+struct RowsLog : RowsObserver {
+  void BeforeReset() override { ++open; }
+  void RowsReset() override { Close("reset"); }
+  void BeforeInsert(int first, int last) override {
+    ++open;
+    count += last - first + 1;
+  }
+  void RowsInserted(int first, int last) override { Close("in", first, last); }
+  void BeforeRemove(int first, int last) override {
+    ++open;
+    count -= last - first + 1;
+  }
+  void RowsRemoved(int first, int last) override { Close("out", first, last); }
+  void RowsChanged(int first, int last) override { Note("changed", first, last); }
+  void SelectionChanged(int first, int last) override { Note("selection", first, last); }
+  void EnsureVisible(int row) override { seen.push_back(row); }
+  void StatusText(const std::string& text) override { status.push_back(text); }
+
+  void Note(const std::string& what, int first, int last) {
+    log.push_back(what + ' ' + std::to_string(first) + ' ' + std::to_string(last));
+  }
+  void Close(const std::string& what, int first = 0, int last = 0) {
+    --open;
+    Note(what, first, last);
+  }
+
+  int open = 0;
+  int count = 0;
+  std::vector<std::string> log;
+  std::vector<int> seen;
+  std::vector<std::string> status;
+};
+
+struct ListRoom : ListOrderHost {
+  ListRoom() { rows.SetObserver(&window); }
+
+  void Load(const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) list.add(path);
+    rows.Form_Load();
+    window = RowsLog{};
+    window.count = rows.RowCount();
+  }
+
+  std::vector<std::string> Items() const {
+    std::vector<std::string> items;
+    for (int i = 1; i <= list.Count(); ++i) items.push_back(list.Item(i));
+    return items;
+  }
+  std::vector<std::string> Cells(int sub_item) const {
+    std::vector<std::string> cells;
+    for (int i = 1; i <= rows.RowCount(); ++i) cells.emplace_back(rows.SubItem(i, sub_item));
+    return cells;
+  }
+  void Select(const std::vector<int>& selected) {
+    rows.SelectRange(1, rows.RowCount(), false);
+    for (const int row : selected) rows.Select(row, true);
+  }
+  // Lets the timers run, and the files that are wanted be read.
+  void Run(int ticks) {
+    for (int i = 0; i < ticks; ++i) {
+      time.Advance(5);
+      while (read_at_once && files.ReadOne()) {
+      }
+    }
+  }
+
+  void UpdateFileDisp(const std::string& /*text*/) override {}
+  void SetBusyPointer(bool on) override { busy += on ? 1 : -1; }
+  void LockWindowRedraw(bool locked) override { locks += locked ? 1 : -1; }
+
+  int busy = 0;
+  int locks = 0;
+  bool read_at_once = true;
+  std::vector<std::string> read;
+  std::vector<double> draws;  // from the back; then 0
+
+  FakeTextPlatform text;
+  VirtualTime time;
+  FakePump pump{&time};
+  FakeShellServices services;
+  ScriptedDialogs dialogs;
+  Settings settings;
+  Session session;
+  PlaylistForm form;
+  OSTList list{text};
+  ListRows rows{list, form, settings, text};
+  RowsLog window;
+  DetailsReadAhead files{[this](const std::string& path) {
+                           read.push_back(path);
+                           MediaDetails details;
+                           details.title = "T" + path;
+                           return details;
+                         },
+                         DetailsReadAhead::Worker::kByHand};
+  DetailsLoader loader{list, rows, form, settings, time, pump, files};
+  ListOrder order{
+      list, rows, form, loader, settings, session, text, services, dialogs, pump, *this, [this] {
+        if (draws.empty()) return 0.0;
+        const double next = draws.back();
+        draws.pop_back();
+        return next;
+      }};
+};
+
+}  // namespace kv

@@ -1,0 +1,166 @@
+// Fetching over real connections from a server inside the test.
+#include "system/download_qt.h"
+
+#include "engine/http_server_qt.h"
+#include "support/temp_folder.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QSslCertificate>
+#include <QSslKey>
+#include <QSslServer>
+#include <QSslSocket>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <sys/stat.h>
+
+namespace kv {
+namespace {
+
+using std::chrono::milliseconds;
+
+class DownloadQtTest : public testing::Test {
+ protected:
+  // What a fetch leaves must be the whole new file or the old one, and nothing beside it.
+  bool Fetch(const std::string& url) {
+    temp.Write("local", "old");
+    const bool fetched = download.Get_File(url, temp.Path("local"));
+    EXPECT_EQ(temp.Entries(), 1);
+    if (!fetched) {
+      EXPECT_EQ(temp.Read("local"), "old");
+    }
+    return fetched;
+  }
+
+  // Runs `action` inside the pump of a fetch.
+  static void Later(std::function<void()> action) {
+    QTimer::singleShot(milliseconds(50), std::move(action));
+  }
+
+  TempFolder temp;
+  HttpServer server;
+  DownloadQt download{{.bytes = 100000, .idle_milliseconds = 300}};
+};
+
+TEST_F(DownloadQtTest, TakesTheWholeAnswerOrNone) {
+  const QByteArray full(100000, 'b');
+  const std::string end = server.Serve("/end", {.body = "list"});
+  const QByteArray end_url = QByteArray::fromStdString(end);
+  const struct {
+    const char* what;
+    HttpAnswer answer;
+    QByteArray content;  // null: fails
+  } rows[] = {
+      {"plain", {.body = "list"}, "list"},
+      {"empty", {.body = ""}, ""},
+      {"as long as may be", {.body = full}, full},
+      {"in many pieces", {.body = full, .bytes_a_tick = 9000}, full},
+      {"too long by one", {.body = full + "b"}, {}},
+      {"without end", {.body = full, .endless = true}, {}},
+      {"cut off", {.body = full, .cut_after = 5000}, {}},
+      {"cut off before the first byte", {.body = "list", .cut_after = 0}, {}},
+      {"not there", {.body = "an error page", .status = 404}, {}},
+      {"server error", {.body = "an error page", .status = 500}, {}},
+      {"redirected", {.status = 302, .location = end_url}, "list"},
+      {"redirected nearby", {.status = 307, .location = "end"}, "list"},
+      {"redirected to nowhere", {.status = 302}, {}},
+      {"redirected into a file", {.status = 302, .location = "file:///etc/passwd"}, {}},
+      {"redirected into a text", {.status = 302, .location = "data:,list"}, {}},
+      {"redirected in a circle", {.status = 302, .location = "/circle"}, {}},
+      {"never answers", {.mute = true}, {}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    const std::string url = server.Serve("/circle", row.answer);
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_EQ(Fetch(url), !row.content.isNull());
+    EXPECT_LT(clock.elapsed(), 5000);
+    if (!row.content.isNull()) {
+      EXPECT_EQ(temp.Read("local"), row.content.toStdString());
+      struct stat status {};
+      ASSERT_EQ(stat(temp.Path("local").c_str(), &status), 0);
+      EXPECT_EQ(status.st_mode & 07777U, 0600U);
+    }
+  }
+}
+
+TEST_F(DownloadQtTest, AsksNobodyForWhatItCannotFetchOrStore) {
+  const std::string url = server.Serve("/list", {.body = "list"});
+  for (const std::string& address :
+       {std::string(), std::string("http://"), std::string("http:///list"),
+        "file://" + temp.Write("local", "old"), std::string("ftp://127.0.0.1/list"),
+        std::string("data:,list"), std::string("mms://127.0.0.1/list"), std::string("\xff\xfe")}) {
+    EXPECT_FALSE(Fetch(address)) << address;
+  }
+  EXPECT_FALSE(download.Get_File(url, temp.Path("no/such/folder")));
+  EXPECT_FALSE(download.Get_File(url, ""));
+  EXPECT_FALSE(download.Get_File(url, temp.Path(std::string("a\0b", 3))));
+  EXPECT_EQ(server.Requests("/list"), 0);
+  EXPECT_FALSE(download.Get_File(url, temp.MakeFolder("folder")));
+  EXPECT_EQ(temp.Entries(), 2);
+  // Names are bytes.
+  EXPECT_TRUE(download.Get_File(url, temp.Path("\xff\xfe")));
+  EXPECT_EQ(temp.Read("\xff\xfe"), "list");
+}
+
+TEST_F(DownloadQtTest, CanBeAbandoned) {
+  DownloadQt patient;
+  const std::string url = server.Serve("/mute", {.mute = true});
+  Later([&] { patient.Abort(); });
+  EXPECT_FALSE(patient.Get_File(url, temp.Path("local")));
+  EXPECT_TRUE(patient.Get_File(server.Serve("/list", {.body = "list"}), temp.Path("local")));
+
+  auto doomed = std::make_unique<DownloadQt>();
+  Later([&] { doomed.reset(); });
+  EXPECT_FALSE(doomed->Get_File(url, temp.Path("doomed")));
+  EXPECT_EQ(doomed, nullptr);
+  EXPECT_EQ(temp.Entries(), 1);
+}
+
+TEST_F(DownloadQtTest, AFetchCanBeginInsideAnother) {
+  const std::string slow = server.Serve("/slow", {.body = "slow list", .bytes_a_tick = 1});
+  const std::string slower =
+      server.Serve("/slower", {.body = "a much slower list", .bytes_a_tick = 1});
+  for (const bool outer_is_slower : {true, false}) {
+    bool inner = false;
+    Later([&] { inner = download.Get_File(outer_is_slower ? slow : slower, temp.Path("inner")); });
+    EXPECT_TRUE(download.Get_File(outer_is_slower ? slower : slow, temp.Path("outer")));
+    EXPECT_TRUE(inner);
+    EXPECT_EQ(temp.Read("inner"), outer_is_slower ? "slow list" : "a much slower list");
+    EXPECT_EQ(temp.Read("outer"), outer_is_slower ? "a much slower list" : "slow list");
+  }
+}
+
+TEST_F(DownloadQtTest, AServerThatSignedItselfIsNotBelieved) {
+  if (!QSslSocket::supportsSsl()) GTEST_SKIP() << "the toolkit has no TLS here";
+  const std::string key = temp.Path("key.pem");
+  const std::string certificate = temp.Path("certificate.pem");
+  const QString command =
+      QStringLiteral(
+          "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 2 "
+          "-subj /CN=127.0.0.1 -keyout %1 -out %2")
+          .arg(QString::fromStdString(key), QString::fromStdString(certificate));
+  QStringList words = command.split(QLatin1Char(' '));
+  const QString program = words.takeFirst();
+  if (QProcess::execute(program, words) != 0) GTEST_SKIP() << "no openssl tool here";
+  QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+  configuration.setPrivateKey(QSslKey(QByteArray::fromStdString(temp.Read("key.pem")), QSsl::Ec));
+  configuration.setLocalCertificate(
+      QSslCertificate(QByteArray::fromStdString(temp.Read("certificate.pem"))));
+  auto tls = std::make_unique<QSslServer>();
+  tls->setSslConfiguration(configuration);
+  HttpServer secure(std::move(tls), "https");
+  const std::string url = secure.Serve("/list", {.body = "list"});
+  EXPECT_FALSE(download.Get_File(url, temp.Path("local")));
+  EXPECT_EQ(secure.Requests("/list"), 0);
+  EXPECT_EQ(temp.Entries(), 2);
+}
+
+}  // namespace
+}  // namespace kv
