@@ -1,0 +1,197 @@
+// Every command leads where it should, a moment after its click.
+#include "view/command_router.h"
+
+#include "view/command_world.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <utility>
+
+namespace kv {
+namespace {
+
+class CommandRouterTest : public testing::Test, protected CommandWorld {
+ protected:
+  std::string Run(const std::string& key) {
+    router.RunMenuCommand(key);
+    time.Advance(100);
+    return Calls();
+  }
+};
+
+TEST_F(CommandRouterTest, EveryCommandHasItsAction) {
+  settings.RecentFiles[7] = "/m/seven";
+  menu.BuildMenu();
+  const std::pair<const char*, const char*> rows[] = {
+      {"mReleaseRF", "release resume"},
+      {"mSaveRFAs", "resume"},
+      {"mSaveRFEnd", "resume end"},
+      {"mSaveRFEndClear", "resume end clear"},
+      {"mOpen", "open ''"},
+      {"mOpenURL", "url"},
+      {"mSaveAs", "save"},
+      {"mPlay", "button 0"},
+      {"mPause", "button 1"},
+      {"mStop", "button 2"},
+      {"mPrevious", "button 3"},
+      {"mNext", "button 4"},
+      {"mOptions", "cursor show force,options,settings"},
+      {"mJumpToFirst", "previous first now"},
+      {"mJumpToLast", "next-1 last now"},
+      {"mKeepAspect", "settings"},
+      {"mFitToWindow", "settings"},
+      {"mFullScreen", "full screen"},
+      {"mPlaylist", "show list"},
+      {"mAbout", "about"},
+      {"mExit", "unload"},
+      {"mHelp", "help"},
+      {"mShowScope", "stop meter,meter window"},
+      {"mPluginManager", "plugins"},
+      {"mZoom100", "scale 1.000000"},
+      {"mPlug_-2", "settings"},
+      {"mPlug_-1", "release plugin"},
+      {"mPlug_0", "plugin 0"},
+      {"mPlug_11", "plugin 11"},
+      {"mRecent_f07", "open '/m/seven'"},
+      {"mRecent_f08", ""},  // not in the menu
+      {"mVideo", ""},
+      {"no such key", ""},
+      {"", ""},
+  };
+  for (const auto& [key, expected] : rows) EXPECT_EQ(Run(key), expected) << key;
+  // Nothing of the menu was left out above.
+  for (const MenuItem& item : menu.Items()) {
+    if (item.key.empty() || item.key == kRootMenu || item.key.starts_with("mPlug_")) continue;
+    const bool known = std::any_of(std::begin(rows), std::end(rows),
+                                   [&item](const auto& row) { return item.key == row.first; });
+    EXPECT_TRUE(known || item.key == "mRecent" || item.key == "mRecent_Spl" ||
+                item.key == "mPlugins" || item.key == "mRecent_Clear")
+        << item.key;
+  }
+}
+
+TEST_F(CommandRouterTest, RunsTheLastClickOfAMoment) {
+  router.RunMenuCommand("mPlay");
+  EXPECT_EQ(pump.Pumps(), 1);
+  time.Advance(24);
+  router.RunMenuCommand("mStop");
+  EXPECT_EQ(Calls(), "");
+  time.Advance(1);
+  EXPECT_EQ(Calls(), "button 2");
+  EXPECT_EQ(router.PendingMenuId(), -1);
+  time.Advance(1000);
+  EXPECT_EQ(Calls(), "");
+}
+
+TEST_F(CommandRouterTest, IgnoresWhatIsDisabled) {
+  menu.SetEnabled(menu.IdOfKey("mStop"), false);
+  menu.SetEnabled(menu.IdOfKey("mKeepAspect"), false);
+  router.RunMenuCommand("mPlay");
+  router.RunMenuCommand("mStop");
+  router.FlipAndRun("mKeepAspect");
+  time.Advance(25);
+  EXPECT_EQ(Calls(), "button 0");
+  EXPECT_FALSE(menu.Checked(menu.IdOfKey("mKeepAspect")));
+}
+
+TEST_F(CommandRouterTest, StoresTheMarkThatTheMenuShows) {
+  const std::pair<const char*, SettingsBool Settings::*> rows[] = {
+      {"mKeepAspect", &Settings::KeepAspect},
+      {"mFitToWindow", &Settings::FitToWindow},
+      {"mPlug_-2", &Settings::ShowVuMeter}};
+  for (const auto& [key, setting] : rows) {
+    for (const bool on : {true, false}) {
+      router.FlipAndRun(key);
+      time.Advance(25);
+      EXPECT_EQ(settings.*setting, FromBool(on)) << key;
+    }
+  }
+}
+
+TEST_F(CommandRouterTest, OpensAndClosesThePlaylistWindow) {
+  session.PlaylistWindowLoaded = true;
+  EXPECT_EQ(Run("mPlaylist"), "close list");
+  settings.FullScreen = FromBool(true);
+  EXPECT_EQ(Run("mPlaylist"), "");
+  session.PlaylistWindowLoaded = false;
+  EXPECT_EQ(Run("mPlaylist"), "show list");
+}
+
+TEST_F(CommandRouterTest, FollowsUpOnWhatDialogsLeave) {
+  url = "http://h/a";
+  visible = false;
+  EXPECT_EQ(Run("mOpenURL"), "tray 1,url,open 'http://h/a'");
+  wants_colors = true;
+  EXPECT_EQ(Run("mOptions"), "cursor show force,options,settings,colors");
+
+  settings.RecentFiles = {"/m/a", "/m/b"};
+  menu.BuildMenu();
+  dialogs.WillAnswer(BoxAnswer::kCancel);
+  Run("mRecent_Clear");
+  EXPECT_EQ(settings.RecentFiles[1], "/m/b");
+  dialogs.WillAnswer(BoxAnswer::kOk);
+  Run("mRecent_Clear");
+  EXPECT_EQ(dialogs.LastText(), "Clear list of recent files?");
+  EXPECT_EQ(settings.RecentFiles, Settings().RecentFiles);
+  EXPECT_EQ(menu.IdOfKey("mRecent_f00"), MenuModel::kNoItem);
+}
+
+TEST_F(CommandRouterTest, GoesBackToTheBuiltInMeter) {
+  settings.UseExternalPlugin = FromBool(true);
+  settings.PluginKey = "3.so";
+  menu.UpdateMenuChecks();
+  // The menu has turned the mark over already, also when it was set.
+  menu.SetChecked(menu.IdOfKey("mPlug_3"), false);
+  Run("mPlug_3");
+  EXPECT_TRUE(menu.Checked(menu.IdOfKey("mPlug_3")));
+  Run("mPlug_-1");
+  EXPECT_FALSE(IsOn(settings.UseExternalPlugin));
+  EXPECT_TRUE(menu.Checked(menu.IdOfKey("mPlug_-1")));
+  EXPECT_FALSE(menu.Checked(menu.IdOfKey("mPlug_3")));
+}
+
+// Opening a slow address pumps for a minute, and Stop must be heard meanwhile.
+TEST_F(CommandRouterTest, RunsACommandInsideALongOne) {
+  inside = [this] {
+    router.RunMenuCommand("mStop");
+    time.Advance(25);
+    EXPECT_EQ(calls.back(), "button 2");
+    inside = [this] {
+      router.RunMenuCommand("mNext");
+      time.Advance(25);
+    };
+    router.RunMenuCommand("mPause");
+    time.Advance(25);
+  };
+  EXPECT_EQ(Run("mOpen"), "open '',button 2,button 1,button 4");
+  EXPECT_EQ(Run("mPlay"), "button 0");
+}
+
+TEST_F(CommandRouterTest, ShowsOneModalWindowAtATime) {
+  inside = [this] {
+    inside = [this] {
+      router.RunMenuCommand("mAbout");
+      time.Advance(25);
+    };
+  };
+  EXPECT_EQ(Run("mOptions"), "cursor show force,options,settings");
+}
+
+TEST_F(CommandRouterTest, DoesNothingMoreOnceTheFormCloses) {
+  router.RunMenuCommand("mPlay");
+  pump.Post([this] { session.Unloading = true; });
+  time.Advance(25);
+  EXPECT_EQ(Calls(), "");
+  router.RunMenuCommand("mPlay");
+  EXPECT_EQ(time.ActiveTimers(), 0);
+
+  session.Unloading = false;
+  wants_colors = true;
+  inside = [this] { inside = [this] { session.Unloading = true; }; };
+  EXPECT_EQ(Run("mOptions"), "cursor show force,options");
+}
+
+}  // namespace
+}  // namespace kv

@@ -1,0 +1,116 @@
+// Everything that commands lead to, as one list of calls.
+#pragma once
+
+#include "support/fake_pump.h"
+#include "support/fake_text_platform.h"
+#include "support/scripted_dialogs.h"
+#include "support/virtual_time.h"
+#include "view/command_router.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kv {
+
+class CommandWorld : public CommandTransport,
+                     public CommandMedium,
+                     public CommandWindow,
+                     public CommandForms,
+                     public CommandVisuals,
+                     public MenuPlugins {
+ public:
+  CommandWorld() { menu.BuildMenu(); }
+
+  // The calls since the last time, joined.
+  std::string Calls() {
+    std::string all;
+    for (const std::string& call : std::exchange(calls, {})) all += (all.empty() ? "" : ",") + call;
+    return all;
+  }
+
+  void BUtton_Click(int Index) override { Note("button " + std::to_string(Index)); }
+  void PlaylistSetPrevious(bool to_first, bool immediate) override {
+    Note(std::string("previous") + (to_first ? " first" : "") + (immediate ? " now" : ""));
+  }
+  void PlaylistSetNext(bool to_last, int index, bool immediate) override {
+    Note("next" + std::to_string(index) + (to_last ? " last" : "") + (immediate ? " now" : ""));
+  }
+  void OpenFile(const std::string& path) override { Note("open '" + path + "'"); }
+  void SaveCurrentFile() override { Note("save"); }
+  void SaveResumeFile(bool end_pos, bool clear_end) override {
+    Note(std::string("resume") + (end_pos ? " end" : "") + (clear_end ? " clear" : ""));
+  }
+  void ReleaseResumeData() override { Note("release resume"); }
+  bool FormVisible() const override { return visible; }
+  void TrayClick(int code) override { Note("tray " + std::to_string(code)); }
+  void SetCursor(bool show, bool force) override {
+    Note(std::string("cursor") + (show ? " show" : "") + (force ? " force" : ""));
+  }
+  void ScaleWindow(float Factor) override { Note("scale " + std::to_string(Factor)); }
+  void UpdateSettings() override { Note("settings"); }
+  std::string AskForUrl() override {
+    Note("url");
+    return url;
+  }
+  bool ShowOptions() override {
+    Note("options");
+    return wants_colors;
+  }
+  void ShowColors() override { Note("colors"); }
+  void ShowAbout() override { Note("about"); }
+  void ShowPlugins() override { Note("plugins"); }
+  void ShowHelp() override { Note("help"); }
+  void ShowPlaylistWindow() override { Note("show list"); }
+  void ClosePlaylistWindow() override { Note("close list"); }
+  void StopVuMeter1() override { Note("stop meter"); }
+  void ShowMeterWindow() override { Note("meter window"); }
+  void ReleasePlugin() override { Note("release plugin"); }
+  void SetExPlugIn(int Index) override { Note("plugin " + std::to_string(Index)); }
+
+  int Count() const override { return 12; }
+  std::string Name(int index) const override { return "Plugin " + std::to_string(index); }
+  std::string Key(int index) const override { return std::to_string(index) + ".so"; }
+
+  std::vector<std::string> calls;
+  std::function<void()> inside;  // runs inside the next call, once
+  bool visible = true;
+  bool wants_colors = false;
+  std::string url;
+
+  VirtualTime time;
+  FakePump pump{&time};
+  ScriptedDialogs dialogs;
+  FakeTextPlatform text;
+  Settings settings;
+  Session session;
+  MenuModel menu{settings, *this, text, [](std::string_view) { return 0; }};
+  std::unique_ptr<Timer> full_screen = time.MakeTimer(TimerKind::kOrdinary, 10, [this] {
+    full_screen->SetEnabled(false);
+    Note("full screen");
+  });
+  std::unique_ptr<Timer> unload = time.MakeTimer(TimerKind::kOrdinary, 50, [this] {
+    unload->SetEnabled(false);
+    Note("unload");
+  });
+  std::unique_ptr<Timer> mnuTimer =
+      time.MakeTimer(TimerKind::kOrdinary, 25, [this] { router.OnmnuTimer(); });
+  CommandRouter router{menu,
+                       settings,
+                       session,
+                       dialogs,
+                       pump,
+                       time,
+                       {*mnuTimer, *full_screen, *unload},
+                       {*this, *this, *this, *this, *this}};
+
+ private:
+  void Note(const std::string& call) {
+    calls.push_back(call);
+    if (const std::function<void()> action = std::exchange(inside, nullptr)) action();
+  }
+};
+
+}  // namespace kv
