@@ -2,7 +2,7 @@
 
 #include "controls/svg_face_qt.h"
 #include "state/color_file.h"
-#include "system/special_folders.h"
+#include "view/key_codes_qt.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -22,22 +22,17 @@
 namespace kv {
 namespace {
 
-constexpr int kTwipsPerPixel = 15;
 constexpr int kWheelNotch = 120;  // eighths of a degree
-constexpr int kSizingQuietMilliseconds = 250;
 constexpr int kSmallestMovieHeight = 60;
-constexpr int kFrameAllowance = 30;  // for a title bar
 constexpr QSize kFirstSize(720, 480);
 
 // Modifier keys under the numbers that key rules know them by.
 constexpr int kShiftKeyCode = 16;
 constexpr int kCtrlKeyCode = 17;
 
-int ToTwips(int pixels) {
-  return pixels * kTwipsPerPixel;
-}
-int ToPixels(int twips) {
-  return static_cast<int>(qRound(twips / double{kTwipsPerPixel}));
+// The caption to return to.
+std::string BaseCaption() {
+  return std::string(kAppTitle) + " " + std::to_string(KV_VERSION_MAJOR);
 }
 
 // Drawn here, so that no image plug-in has to be loaded on the way to the first picture.
@@ -66,21 +61,22 @@ frmMain::frmMain(const ProgramParts& parts)
       Movie_(parts.engine, parts.pump),
       view_(*this, parts.engine.Video().Surfaces(), parts.pump, ArtFrom(parts.folder)),
       models_(view_.Models()),
+      playlist_(*this, {Movie_, settings_, session_, dialogs_, parts.pump,
+                        timers_[MainTimer::PlayFromPlaylist], parts.text, parts.folder}),
       time_display_(Movie_, settings_, parts.text, view_),
       sliders_(models_, Movie_, settings_, session_, time_display_, parts.text, view_, *this),
       status_(view_, Movie_, dialogs_, parts.pump, timers_[MainTimer::tmrCheckBuffering],
               timers_[MainTimer::tmrCheckBufferingTimeout]),
-      information_(view_, settings_, session_, parts.text, [this] { return PlaylistCount(); }),
+      information_(
+          view_, settings_, session_, parts.text, [this] { return PlaylistCount(); }, readers_),
+      disp_events_(information_, *this, shell_),
       marks_(Movie_, session_, models_.Scroller1, view_),
-      transport_(Movie_, settings_, session_, marks_, parts.pump, *this, *this, *this, *this),
+      transport_(Movie_, settings_, session_, marks_, parts.pump, playlist_, *this, *this, *this),
       wheel_(Movie_, transport_, models_.Scroller2),
-      tick_(Movie_, settings_, session_, models_.Scroller1, sliders_, transport_, *this),
+      tick_(Movie_, settings_, session_, models_.Scroller1, sliders_, transport_, playlist_),
       movie_events_(*this, parts.pump),
-      sizing_(Movie_, settings_, session_, parts.time, *this,
-              [this] {
-                const MovieScale scale = CurrentScale(false);
-                return PictureRectangle{scale.Top, scale.Left, scale.Width, scale.Height};
-              }),
+      screen_(*this, {*this, view_, Movie_, settings_, session_, timers_, parts.time, parts.pump,
+                      windows_, BaseCaption()}),
       opener_(*this, view_,
               {Movie_, settings_, session_, models_, sliders_, time_display_, status_, dialogs_,
                parts.pump, parts.text}),
@@ -88,17 +84,23 @@ frmMain::frmMain(const ProgramParts& parts)
                  timers_[MainTimer::OpeningCMDDelay]),
       settings_life_(*this, settings_, models_, parts.folder, shell_, parts.pump),
       form_life_(*this, Movie_, settings_, session_, dialogs_, parts.pump),
-      run_once_(RunOnce::UserFolder()) {
+      run_once_(RunOnce::UserFolder()),
+      forms_(*this, parts.folder, shell_),
+      menu_(settings_, *this, parts.text, parts.folder, *this),
+      commands_(menu_.Model(), settings_, session_, dialogs_, parts.pump, parts.time,
+                {timers_[MainTimer::mnuTimer], timers_[MainTimer::ToggleFullscreenTimer],
+                 timers_[MainTimer::UnloadTimer]},
+                {*this, *this, *this, *this, *this}),
+      keys_(Movie_, session_, {models_.Scroller1, models_.Scroller2, models_.Scroller3}, commands_,
+            *this) {
   setObjectName(QStringLiteral("frmMain"));
   setFocusPolicy(Qt::StrongFocus);
   setMinimumSize(MainPanel::kSmallestWidth, MainPanel::kFullHeight + kSmallestMovieHeight);
   resize(kFirstSize);
   Movie_.SetEvents(&movie_events_);
+  menu_.SetOnClick([this](int id) { commands_.MENU_Click(id); });
+  view_.on_tray_tip = [this](const std::string& text) { screen_.Tray().SetTip(text); };
   ConnectPanel();
-  sizing_quiet_.setSingleShot(true);
-  sizing_quiet_.setInterval(kSizingQuietMilliseconds);
-  connect(&sizing_quiet_, &QTimer::timeout, this,
-          [this] { sizing_.NewMessage(WindowMessage::kExitSizeMove); });
   parts_.engine.Video().SetFirstPictureListener([this] { parts_.trace.Write("first-frame"); });
   connect(&trace_timer_, &QTimer::timeout, this, [this] { TracePosition(); });
 }
@@ -115,6 +117,8 @@ void frmMain::ConnectPanel() {
     button.on_double_click = [this, index] { transport_.Button_DblClick(index); };
   }
   panel.on_menu = [this] { transport_.BottonPanel_MouseUp(kRightButton); };
+  panel.on_disp_click = [this](int index) { disp_events_.Disp_Click(index); };
+  panel.on_disp_move = [this](int index) { disp_events_.Disp_MouseMove(index); };
   for (const SliderKind kind :
        {SliderKind::kPosition, SliderKind::kVolume, SliderKind::kRate, SliderKind::kBalance}) {
     // Keys belong to the form, whatever was clicked last.
@@ -128,16 +132,17 @@ void frmMain::Form_Load() {
   // A stray call while the program goes down must not bring the form up again.
   if (session_.Unloading) return;
   run_once_.Clear();
-  QGuiApplication::setWindowIcon(ProgramIcon(ArtFrom(parts_.folder)("kestrelview")));
+  const QIcon icon = ProgramIcon(ArtFrom(parts_.folder)("kestrelview"));
+  QGuiApplication::setWindowIcon(icon);
+  screen_.Tray().SetIcon(icon);
   ReadFileSupport();
   hand_over_.ReadCommandLine(parts_.start_up.CommandLine());
   // A box can stand long enough for the login session to end meanwhile.
   if (session_.Unloading) return;
   if (hand_over_.HaveCommandFile()) parts_.engine.Expect(hand_over_.CommandFile());
   session_.StartingUp = true;
-  BaseCaption_ = std::string(kAppTitle) + " " + std::to_string(KV_VERSION_MAJOR);
-  setWindowTitle(QString::fromStdString(BaseCaption_));
-  panel_height_ = 1;
+  setWindowTitle(QString::fromStdString(screen_.Caption().WindowBaseCaption()));
+  screen_.CollapsePanel();
   sliders_.Configure();
   sliders_.Connect();
   const int plugins = ScanPlugins();
@@ -151,13 +156,14 @@ void frmMain::Form_Load() {
   LoadIcons();
   if (IsOn(settings_.UseExternalPlugin) && !settings_.PluginProgId.empty()) LoadExternalPlugin();
   if (!parts_.start_up.IsDebugMode()) StartWheelHook();
-  PlaceWindow();
+  screen_.PlaceWindow();
   if (settings_.PlaylistFile.empty()) {
     settings_.PlaylistFile = parts_.folder.AppFolder() + "playlist.m3u";
     settings_.PlaylistIndex = 0;
     settings_.PreviousItemPosition = kNoPosition;
   }
-  LoadPlaylist(settings_.PlaylistFile);
+  playlist_.Files().LoadPlaylist(settings_.PlaylistFile);
+  if (session_.Unloading) return;
   if (IsOn(settings_.PlaylistVisible)) ShowPlaylistWindow();
   if (IsOn(settings_.VumeterVisible)) ShowMeterWindow();
   view_.SetLogoVisible(true);
@@ -207,70 +213,39 @@ void frmMain::ReadFileSupport() {
 
 void frmMain::RefreshColors() {
   view_.ApplyColors(settings_.Colors);
-}
-
-void frmMain::PlaceWindow() {
-  if (IsOn(settings_.RememberSize) && settings_.WindowWidth > 0 && settings_.WindowHeight > 0) {
-    resize(ToPixels(settings_.WindowWidth), ToPixels(settings_.WindowHeight));
-  }
-  if (IsOn(settings_.RememberWindowPos)) {
-    move(ToPixels(settings_.WindowLeft), ToPixels(settings_.WindowTop));
-  }
-  KeepOnScreen();
-}
-
-// A screen that has gone, or is smaller now, must not keep the window out of sight.
-void frmMain::KeepOnScreen() {
-  const QScreen* screen = QGuiApplication::screenAt(geometry().center());
-  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-  if (screen == nullptr) return;
-  const QRect room = screen->availableGeometry();
-  // The desktop has not put its frame around the window yet.
-  const QSize most(room.width(), room.height() - kFrameAllowance);
-  const QSize size = this->size().boundedTo(most).expandedTo(minimumSize());
-  if (size != this->size()) resize(size);
-  const QPoint corner(std::clamp(x(), room.left(),
-                                 std::max(room.left(), room.left() + most.width() - size.width())),
-                      std::clamp(y(), room.top(),
-                                 std::max(room.top(), room.top() + most.height() - size.height())));
-  if (corner != pos()) move(corner);
+  menu_.ApplyColors(settings_.Colors);
 }
 
 void frmMain::OnTimer(MainTimer timer) {
-  switch (timer) {
-    case MainTimer::PosTimer:
-      tick_.PosTimer();
-      break;
-    case MainTimer::LinkExeTimer:
-      hand_over_.OnLinkExeTimer();
-      break;
-    case MainTimer::OpeningCMDDelay:
-      hand_over_.OnOpeningCMDDelay();
-      break;
-    case MainTimer::LoadLast:
-      timers_[MainTimer::LoadLast].SetEnabled(false);
-      form_life_.OnLoadLast(hand_over_.HaveCommandFile());
-      break;
-    case MainTimer::UnloadTimer:
-      timers_[MainTimer::UnloadTimer].SetEnabled(false);
-      close();
-      break;
-    case MainTimer::UpdateDispTimer:
-      timers_[MainTimer::UpdateDispTimer].SetEnabled(false);
-      UpdateFileDisp("");
-      break;
-    case MainTimer::tmrCheckBuffering:
-      status_.OnCheckBuffering();
-      break;
-    case MainTimer::tmrCheckBufferingTimeout:
-      status_.OnCheckBufferingTimeout();
-      break;
-    case MainTimer::FadeInTimer:
-      FadeIn();
-      break;
-    default:
-      break;
-  }
+  struct Row {
+    MainTimer timer;
+    bool one_shot;
+    void (*run)(frmMain&);
+  };
+  static constexpr std::array kRows = {
+      Row{MainTimer::PosTimer, false, [](frmMain& form) { form.tick_.PosTimer(); }},
+      Row{MainTimer::LinkExeTimer, false, [](frmMain& form) { form.hand_over_.OnLinkExeTimer(); }},
+      Row{MainTimer::OpeningCMDDelay, false,
+          [](frmMain& form) { form.hand_over_.OnOpeningCMDDelay(); }},
+      Row{MainTimer::LoadLast, true,
+          [](frmMain& form) { form.form_life_.OnLoadLast(form.hand_over_.HaveCommandFile()); }},
+      Row{MainTimer::UnloadTimer, true, [](frmMain& form) { form.close(); }},
+      Row{MainTimer::UpdateDispTimer, true, [](frmMain& form) { form.UpdateFileDisp(""); }},
+      Row{MainTimer::tmrCheckBuffering, false,
+          [](frmMain& form) { form.status_.OnCheckBuffering(); }},
+      Row{MainTimer::tmrCheckBufferingTimeout, false,
+          [](frmMain& form) { form.status_.OnCheckBufferingTimeout(); }},
+      Row{MainTimer::FadeInTimer, false, [](frmMain& form) { form.FadeIn(); }},
+      Row{MainTimer::PlayFromPlaylist, false,
+          [](frmMain& form) { form.playlist_.Steps().OnPlayFromPlaylist(); }},
+      Row{MainTimer::mnuTimer, false, [](frmMain& form) { form.commands_.OnmnuTimer(); }},
+  };
+  if (screen_.OnTimer(timer)) return;
+  const auto* const row = std::find_if(kRows.begin(), kRows.end(),
+                                       [timer](const Row& each) { return each.timer == timer; });
+  if (row == kRows.end()) return;
+  if (row->one_shot) timers_[timer].SetEnabled(false);
+  row->run(*this);
 }
 
 void frmMain::FadeIn() {
@@ -317,20 +292,17 @@ void frmMain::Form_Unload() {
 }
 
 void frmMain::resizeEvent(QResizeEvent* event) {
-  if (shown_ && event->spontaneous() && !isMaximized()) {
-    sizing_.NewMessage(WindowMessage::kSizing);
-    sizing_quiet_.start();
-    if (sizing_.NewMessage(WindowMessage::kSize)) return;
-  }
-  Form_Resize();
+  screen_.Resized(shown_ && event->spontaneous());
 }
 
 void frmMain::moveEvent(QMoveEvent* /*event*/) {
-  if (shown_) sizing_.NewMessage(WindowMessage::kWindowPosChanging);
+  if (shown_) screen_.Moved();
 }
 
 void frmMain::changeEvent(QEvent* event) {
   if (event->type() == QEvent::WindowStateChange && shown_) Form_Resize();
+  // What was held is let go where we do not hear of it.
+  if (event->type() == QEvent::ActivationChange && !isActiveWindow()) keys_.ReleaseAll();
   QWidget::changeEvent(event);
 }
 
@@ -349,86 +321,20 @@ void frmMain::wheelEvent(QWheelEvent* event) {
 }
 
 void frmMain::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Open)) {
-    RunMenuCommand("mOpen");
-  } else {
-    QWidget::keyPressEvent(event);
-  }
+  const KeyStroke key = KeyStrokeOf(*event);
+  if (!keys_.Form_KeyDown(key.key_code, key.shift)) QWidget::keyPressEvent(event);
 }
 
 void frmMain::keyReleaseEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Control) wheel_.KeyUp(kCtrlKeyCode);
-  if (event->key() == Qt::Key_Shift) wheel_.KeyUp(kShiftKeyCode);
+  if (event->isAutoRepeat()) return;
+  const std::int16_t code = KeyStrokeOf(*event).key_code;
+  wheel_.KeyUp(code);
+  keys_.Form_KeyUp(code);
   QWidget::keyReleaseEvent(event);
 }
 
-void frmMain::mouseReleaseEvent(QMouseEvent* event) {
-  if (event->button() == Qt::RightButton) BUtton_Click(Transport::kMenu);
-}
-
-void frmMain::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) RunMenuCommand("mOpen");
-}
-
-// --- Layout
-
-int frmMain::PanelHeight() const {
-  return panel_visible_ ? panel_height_ : 0;
-}
-
-MovieScale frmMain::CurrentScale(bool force_panel) const {
-  MovieScaleInput input;
-  input.ScaleWidth = width();
-  input.ScaleHeight = height();
-  input.PanelHeight = PanelHeight();
-  input.AutoHide = GetAutoHide();
-  input.PanelAccounted =
-      force_panel || (PanelHeight() <= 1 &&
-                      !(IsOn(settings_.HideControlsInFullscreen) && IsOn(settings_.FullScreen)));
-  input.KeepAspect = IsOn(settings_.KeepAspect);
-  input.FitToWindow = IsOn(settings_.FitToWindow);
-  input.MovieWidth = session_.MovieWidth;
-  input.MovieHeight = session_.MovieHeight;
-  return GetMovieScale(input);
-}
-
-void frmMain::ScaleMovie(bool ForcePanel) {
-  const MovieScale scale = CurrentScale(ForcePanel);
-  view_.PlaceRender(scale.AreaWidth, scale.AreaHeight);
-  Movie_.DS_SetScale(scale.Top, scale.Left, scale.Width, scale.Height);
-  PrintCurScale();
-  parts_.pump.PumpOnce();
-}
-
-void frmMain::PrintCurScale() {
-  if (IsOn(settings_.FullScreen)) return;
-  SetTempWindowCaption(ScaleText(CurrentScale(false), session_.MovieWidth, session_.MovieHeight));
-}
-
-void frmMain::ScaleWindow(float Factor) {
-  const auto area = zoom_.ScaleWindow(Factor, IsOn(settings_.FullScreen), session_.MovieWidth,
-                                      session_.MovieHeight);
-  if (!area) return;
-  if (State() != WindowState::kNormal) showNormal();
-  resize(area->width, area->height + PanelHeight());
-}
-
-void frmMain::Form_Resize() {
-  if (session_.StartingUp) return;
-  settings_.LastWindowState = static_cast<std::int16_t>(State());
-  if (State() == WindowState::kMinimised) return;
-  view_.PlacePanel(width(), height(), PanelHeight());
-  ScaleMovie(false);
-  timers_[MainTimer::UpdateDispTimer].SetEnabled(true);
-}
-
-WindowState frmMain::State() const {
-  if (isMinimized()) return WindowState::kMinimised;
-  return isMaximized() ? WindowState::kMaximised : WindowState::kNormal;
-}
-
-WindowPlace frmMain::Place() const {
-  return {ToTwips(x()), ToTwips(y()), ToTwips(width()), ToTwips(height())};
+void frmMain::mousePressEvent(QMouseEvent* event) {
+  screen_.MousePressed(event->button());
 }
 
 // --- What leads to the rooms' classes
@@ -449,6 +355,7 @@ void frmMain::OpenCommandFile(const std::string& path) {
 
 void frmMain::AbandonOpen() {
   opener_.AbandonOpen();
+  playlist_.Abandon();
 }
 void frmMain::UpdateFileDisp(const std::string& text) {
   information_.UpdateFileDisp(text);
@@ -477,15 +384,6 @@ void frmMain::SetBusyPointer(bool busy) {
   windows_.SetBusyPointer(busy);
 }
 
-void frmMain::SetAutoHideMode() {
-  panel_height_ = MainPanel::kFullHeight;
-}
-
-void frmMain::SetPanelVisible(bool visible) {
-  panel_visible_ = visible;
-  view_.Panel().setVisible(visible);
-}
-
 void frmMain::HideForm() {
   hide();
 }
@@ -493,7 +391,7 @@ void frmMain::HideForm() {
 void frmMain::StopAllTimers() {
   timers_.StopAllTimers();
   trace_timer_.stop();
-  sizing_quiet_.stop();
+  screen_.StopTimers();
 }
 
 void frmMain::RegisterRestart() {
@@ -502,33 +400,6 @@ void frmMain::RegisterRestart() {
 
 void frmMain::SaveSettings() {
   settings_life_.SaveSettings(parts_.start_up.CommandLine());
-}
-
-void frmMain::RestoreFromTray() {
-  if (isMinimized() || !isVisible()) showNormal();
-  raise();
-  activateWindow();
-}
-
-void frmMain::RunMenuCommand(std::string_view key) {
-  if (key == "mOpen") OpenFile("", {.StartPlaying = true});
-}
-
-void frmMain::SetRenderVisible(bool visible) {
-  view_.Surface().setVisible(visible);
-}
-void frmMain::SetLogoVisible(bool visible) {
-  view_.SetLogoVisible(visible);
-}
-bool frmMain::RenderVisible() const {
-  return view_.RenderVisible();
-}
-WindowHandle frmMain::RenderHandle() const {
-  return view_.Render().hWnd;
-}
-
-void frmMain::LockWindowRedraw(bool lock) {
-  windows_.LockWindowRedraw(lock ? this : nullptr);
 }
 
 }  // namespace kv

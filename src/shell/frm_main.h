@@ -7,13 +7,18 @@
 
 #include "engine/dshow_control.h"
 #include "engine/mpv_engine.h"
+#include "playlist/tag_readers_taglib.h"
 #include "shell/form_life.h"
+#include "shell/forms.h"
 #include "shell/hand_over.h"
+#include "shell/main_menu.h"
 #include "shell/main_timers.h"
 #include "shell/main_view.h"
 #include "shell/media_opener.h"
 #include "shell/playback_tick.h"
+#include "shell/playlist_room.h"
 #include "shell/run_once.h"
+#include "shell/screen_room.h"
 #include "shell/settings_life.h"
 #include "shell/sliders.h"
 #include "shell/start_up.h"
@@ -22,7 +27,6 @@
 #include "shell/trace.h"
 #include "shell/transport.h"
 #include "shell/wheel_seek.h"
-#include "shell/window_sizing_watch.h"
 #include "state/session.h"
 #include "state/settings.h"
 #include "system/app_folder.h"
@@ -30,9 +34,9 @@
 #include "system/shell_services_qt.h"
 #include "system/text_platform.h"
 #include "system/window_services_qt.h"
+#include "view/command_router.h"
 #include "view/information_display.h"
-#include "view/movie_scale.h"
-#include "view/window_zoom.h"
+#include "view/key_router.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -57,14 +61,21 @@ class frmMain : public QWidget,
                 private HandOverHost,
                 private SettingsHost,
                 private FormLifeHost,
-                private TransportNavigation,
+                private PlaylistRoomHost,
+                private ScreenRoomHost,
                 private TransportMenu,
                 private TransportVisuals,
                 private TransportDisplay,
                 private SliderMeter,
-                private TickNavigation,
                 private MovieView,
-                private SizingView {
+                private MenuPlugins,
+                private CommandTransport,
+                private CommandMedium,
+                private CommandWindow,
+                private CommandForms,
+                private CommandVisuals,
+                private KeyHost,
+                private DispHost {
   Q_OBJECT
 
  public:
@@ -93,30 +104,19 @@ class frmMain : public QWidget,
   void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
 
  private:
   void ConnectPanel();
   void ReadFileSupport();
   void RefreshColors();
-  void PlaceWindow();
-  void KeepOnScreen();
   void Form_Unload();
   void OnTimer(MainTimer timer);
   void FadeIn();
   void TracePosition();
-  MovieScale CurrentScale(bool force_panel) const;
-  bool GetAutoHide() const { return false; }
-  int PanelHeight() const;
-  void SetTempWindowCaption(const std::string& text);
-  void ToggleFullScreen();
-  void SetCursor(bool show, bool force);
   int ScanPlugins();
   void LoadExternalPlugin();
   void LoadIcons();
-  void LoadPlaylist(const std::string& file);
-  void ShowMeterWindow();
   void SetMeterStyle(int style);
   void StartWheelHook();
   void DockWindow();
@@ -124,7 +124,7 @@ class frmMain : public QWidget,
 
   // OpenerHost
   void OpenPlaylist(const std::string& Path) override;
-  void OpenResumeFile(const std::string& Path, bool FromPlaylist, bool StartPlaying) override;
+  void OpenResumeFile(const std::string& Path, bool& FromPlaylist, bool StartPlaying) override;
   kv::AsxInfo ReadAsxFile(const std::string& Path) override;
   void UpdateFileDisp(const std::string& text) override;
   void UpdateFileDataDisplay() override;
@@ -141,7 +141,6 @@ class frmMain : public QWidget,
   void AbandonOpen() override;
 
   // SettingsHost
-  void ShowAbout() override;
   void SetMeterSampleRate(int hertz) override;
   void LoadColorInfo() override;
   WindowState State() const override;
@@ -170,11 +169,15 @@ class frmMain : public QWidget,
   void SaveSettings() override;
   void StopWheelHook() override;
 
-  // TransportNavigation, TickNavigation
-  void PlaylistSetPrevious(bool to_first, bool immediate) override;
-  void PlaylistSetNext(bool to_last, int index, bool immediate) override;
-  void StartPlaylistTimer(bool immediate) override;
-  bool PlayFromPlaylistEnabled() const override;
+  // PlaylistRoomHost
+  void ShowResumeMark(bool visible) override;
+  void ShowBusyPointer(bool busy) override;
+
+  // ScreenRoomHost
+  void MENU_Click(std::string_view key) override;
+  void SetMenuChecked(std::string_view key, bool checked) override;
+  void PutAwayVuMeter1() override;
+  bool TrayMustWait() const override;
 
   // TransportMenu
   void RunMenuCommand(std::string_view key) override;
@@ -197,16 +200,59 @@ class frmMain : public QWidget,
   void RestorePlaylistWindow() override;
   void FocusPlaylistWindow() override;
 
-  // MovieView, SizingView
+  // MovieView
   void SetRenderVisible(bool visible) override;
   void SetVuMeter1Visible(bool visible) override;
   void SetLogoVisible(bool visible) override;
   void ExtPluginMediaChanged() override;
-  bool RenderVisible() const override;
-  WindowHandle RenderHandle() const override;
-  void PutAwayVuMeter1() override;
-  void PrintCurScale() override;
-  void LockWindowRedraw(bool lock) override;
+
+  // MenuPlugins
+  int Count() const override;
+  std::string Name(int index) const override;
+  std::string Key(int index) const override;
+
+  // CommandTransport
+  void PlaylistSetPrevious(bool to_first, bool immediate) override;
+  void PlaylistSetNext(bool to_last, int index, bool immediate) override;
+
+  // CommandMedium
+  void OpenFile(const std::string& path) override;
+  void SaveCurrentFile() override;
+  void SaveResumeFile(bool end_pos, bool clear_end) override;
+  void ReleaseResumeData() override;
+
+  // CommandWindow
+  bool FormVisible() const override { return isVisible(); }
+  void TrayClick(int code) override;
+  void SetCursor(bool show, bool force) override;
+  void UpdateSettings() override;
+
+  // CommandForms
+  std::string AskForUrl() override;
+  bool ShowOptions() override;
+  void ShowColors() override;
+  void ShowAbout() override;
+  void ShowPlugins() override;
+  void ShowHelp() override;
+  void ClosePlaylistWindow() override;
+
+  // CommandVisuals
+  void StopVuMeter1() override;
+  void ShowMeterWindow() override;
+  void SetExPlugIn(int Index) override;
+
+  // KeyHost
+  void PrepareMedia() override;
+  void DeleteCurFile() override;
+  void ShowQuickSearch() override;
+  void ConfigPlugin() override;
+  void ToggleFullScreen() override;
+  bool FlipDemoTimer() override;
+  void SetTempWindowCaption(const std::string& text) override;
+  void PopUpMenuAtWindow() override;
+
+  // DispHost
+  void SetDispPointer(DispLabel label, bool hand) override;
 
   ProgramParts parts_;
   Settings settings_;
@@ -214,33 +260,35 @@ class frmMain : public QWidget,
   DialogsQt dialogs_;
   ShellServicesQt shell_;
   WindowServicesQt windows_;
+  TagLibReaders readers_;
   MainTimers timers_;
   clsDShowControl Movie_;
   MainView view_;
   SliderModels models_;
 
+  PlaylistRoom playlist_;
   TimeDisplay time_display_;
   Sliders sliders_;
   StatusOverlay status_;
   InformationDisplay information_;
+  DispEvents disp_events_;
   Marks marks_;
   Transport transport_;
   WheelSeek wheel_;
   PlaybackTick tick_;
   MovieEvents movie_events_;
-  WindowSizingWatch sizing_;
+  ScreenRoom screen_;
   MediaOpener opener_;
   HandOver hand_over_;
   SettingsLife settings_life_;
   FormLife form_life_;
-  WindowZoom zoom_;
   RunOnce run_once_;
+  Forms forms_;
+  MainMenu menu_;
+  CommandRouter commands_;
+  KeyRouter keys_;
 
-  QTimer sizing_quiet_;  // runs out when a drag of the frame has come to rest
   QTimer trace_timer_;
-  std::string BaseCaption_;
-  int panel_height_ = 1;
-  bool panel_visible_ = true;
   int wheel_angle_ = 0;  // what is left over from whole notches, eighths of a degree
   bool shown_ = false;
 };

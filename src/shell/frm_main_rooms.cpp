@@ -1,31 +1,155 @@
-// The calls of `frmMain` that lead to rooms which are not furnished yet. Each takes effect when its
-// room stands; until then the player does without what it would bring.
+// The calls of `frmMain` by which one room reaches another: each hands on to the room that answers.
 
+#include "playlist/asx_file.h"
 #include "shell/frm_main.h"
 
 namespace kv {
 
-// Playlist and resume files
-void frmMain::LoadPlaylist(const std::string& /*file*/) {}
-void frmMain::OpenPlaylist(const std::string& /*Path*/) {}
-void frmMain::OpenResumeFile(const std::string& /*Path*/, bool /*FromPlaylist*/,
-                             bool /*StartPlaying*/) {}
-kv::AsxInfo frmMain::ReadAsxFile(const std::string& /*Path*/) {
-  return {};
+// --- Movie and window
+
+void frmMain::ScaleMovie(bool ForcePanel) {
+  screen_.ScaleMovie(ForcePanel);
+}
+void frmMain::ScaleWindow(float Factor) {
+  screen_.ScaleWindow(Factor);
+}
+void frmMain::Form_Resize() {
+  screen_.Form_Resize();
+}
+WindowState frmMain::State() const {
+  return screen_.State();
+}
+WindowPlace frmMain::Place() const {
+  return screen_.Place();
+}
+void frmMain::SetPanelVisible(bool visible) {
+  screen_.SetPanelVisible(visible);
+}
+void frmMain::SetAutoHideMode() {
+  screen_.SetAutoHideMode();
+}
+void frmMain::ToggleFullScreen() {
+  screen_.ToggleFullScreen();
+}
+void frmMain::SetCursor(bool show, bool force) {
+  screen_.SetCursor(show, force);
+}
+void frmMain::SetTempWindowCaption(const std::string& text) {
+  screen_.Caption().SetTempWindowCaption(text);
+}
+void frmMain::UpdateTraySettings() {
+  screen_.UpdateTraySettings();
+}
+void frmMain::TrayClick(int code) {
+  screen_.TrayClick(code);
+}
+void frmMain::RestoreFromTray() {
+  screen_.TrayClick(TrayIcon::kLeft);
+}
+void frmMain::ShowBusyPointer(bool busy) {
+  windows_.ShowBusyPointer(busy);
+}
+void frmMain::ShowResumeMark(bool visible) {
+  view_.ShowResumeMark(visible);
+}
+void frmMain::SetRenderVisible(bool visible) {
+  view_.Surface().setVisible(visible);
+}
+void frmMain::SetLogoVisible(bool visible) {
+  view_.SetLogoVisible(visible);
+}
+void frmMain::PrepareMedia() {
+  movie_events_.Movie_PrepareMedia("");
+}
+void frmMain::SetDispPointer(DispLabel label, bool hand) {
+  view_.SetDispPointer(label, hand);
+}
+
+// --- Playlist and resume files
+
+void frmMain::OpenPlaylist(const std::string& Path) {
+  playlist_.Files().OpenPlaylist(Path);
+}
+void frmMain::OpenResumeFile(const std::string& Path, bool& FromPlaylist, bool StartPlaying) {
+  playlist_.Resume().OpenResumeFile(Path, FromPlaylist, StartPlaying);
+}
+kv::AsxInfo frmMain::ReadAsxFile(const std::string& Path) {
+  return kv::ReadAsxFile(Path);
 }
 int frmMain::PlaylistCount() const {
-  return 0;
+  return playlist_.PlaylistCount();
 }
-std::string frmMain::PlaylistItem(int /*index*/) const {
-  return {};
+std::string frmMain::PlaylistItem(int index) const {
+  return playlist_.PlaylistItem(index);
 }
-void frmMain::SavePlaylist(const std::string& /*file*/) {}
-void frmMain::SavePlaylistToggle() {}
-void frmMain::PlaylistSetPrevious(bool /*to_first*/, bool /*immediate*/) {}
-void frmMain::PlaylistSetNext(bool /*to_last*/, int /*index*/, bool /*immediate*/) {}
-void frmMain::StartPlaylistTimer(bool /*immediate*/) {}
-bool frmMain::PlayFromPlaylistEnabled() const {
-  return timers_.Enabled(MainTimer::PlayFromPlaylist);
+void frmMain::SavePlaylist(const std::string& file) {
+  playlist_.Files().SavePlaylist(file);
+}
+void frmMain::SavePlaylistToggle() {
+  playlist_.Files().SavePlaylistToggle();
+}
+void frmMain::PlaylistSetPrevious(bool to_first, bool immediate) {
+  playlist_.PlaylistSetPrevious(to_first, immediate);
+}
+void frmMain::PlaylistSetNext(bool to_last, int index, bool immediate) {
+  playlist_.PlaylistSetNext(to_last, index, immediate);
+}
+void frmMain::SaveResumeFile(bool end_pos, bool clear_end) {
+  playlist_.Resume().SaveResumeFile(end_pos, clear_end);
+}
+void frmMain::ReleaseResumeData() {
+  playlist_.Resume().ReleaseResumeData();
+}
+void frmMain::OpenFile(const std::string& path) {
+  OpenFile(path, {.StartPlaying = true});
+}
+void frmMain::SaveCurrentFile() {}
+void frmMain::DeleteCurFile() {}
+
+// --- Menu and commands
+
+void frmMain::BuildMenu() {
+  menu_.Model().BuildMenu();
+}
+void frmMain::UpdateMenuChecks() {
+  menu_.Model().UpdateMenuChecks();
+}
+void frmMain::SetMenuEnabled(std::string_view key, bool enabled) {
+  menu_.Model().SetEnabled(menu_.Model().IdOfKey(key), enabled);
+}
+void frmMain::SetMenuChecked(std::string_view key, bool checked) {
+  menu_.Model().SetChecked(menu_.Model().IdOfKey(key), checked);
+}
+void frmMain::MENU_Click(std::string_view key) {
+  commands_.RunMenuCommand(key);
+}
+void frmMain::RunMenuCommand(std::string_view key) {
+  commands_.RunMenuCommand(key);
+}
+void frmMain::PopUpMainMenu() {
+  menu_.PopUp(windows_.GetMouseScreenPos());
+}
+void frmMain::PopUpMenuAtWindow() {
+  menu_.PopUp(frameGeometry().topLeft());
+}
+void frmMain::UpdateSettings() {
+  settings_life_.UpdateSettings();
+}
+
+// --- The other windows
+
+void frmMain::ShowAbout() {
+  forms_.ShowAbout();
+}
+void frmMain::ShowHelp() {
+  forms_.ShowHelp();
+}
+bool frmMain::TrayMustWait() const {
+  return forms_.AboutOpen() || session_.CopyWindowOpen;
+}
+void frmMain::UnloadOtherForms() {
+  menu_.Close();
+  forms_.UnloadAll();
 }
 TransportDisplay::PlaylistWindow frmMain::StateOfPlaylistWindow() const {
   return PlaylistWindow::kNotLoaded;
@@ -33,25 +157,35 @@ TransportDisplay::PlaylistWindow frmMain::StateOfPlaylistWindow() const {
 void frmMain::ShowPlaylistWindow() {}
 void frmMain::RestorePlaylistWindow() {}
 void frmMain::FocusPlaylistWindow() {}
-
-// Full screen, menu, tray, captions and the other windows
-void frmMain::ToggleFullScreen() {}
-void frmMain::SetCursor(bool /*show*/, bool /*force*/) {}
+void frmMain::ClosePlaylistWindow() {}
+void frmMain::ShowQuickSearch() {}
+std::string frmMain::AskForUrl() {
+  return {};
+}
+bool frmMain::ShowOptions() {
+  return false;
+}
+void frmMain::ShowColors() {}
+void frmMain::ShowPlugins() {}
 void frmMain::LoadIcons() {}
-void frmMain::BuildMenu() {}
-void frmMain::UpdateMenuChecks() {}
-void frmMain::SetMenuEnabled(std::string_view /*key*/, bool /*enabled*/) {}
-void frmMain::PopUpMainMenu() {}
-void frmMain::ShowAbout() {}
-void frmMain::UnloadOtherForms() {}
-void frmMain::UpdateTraySettings() {}
-void frmMain::SetTempWindowCaption(const std::string& /*text*/) {}
 
-// Level meter, plug-ins and CPU graph
+// --- Level meter, plug-ins and CPU graph
+
+int frmMain::Count() const {
+  return 0;
+}
+std::string frmMain::Name(int /*index*/) const {
+  return {};
+}
+std::string frmMain::Key(int /*index*/) const {
+  return {};
+}
 int frmMain::ScanPlugins() {
   return 0;
 }
 void frmMain::LoadExternalPlugin() {}
+void frmMain::SetExPlugIn(int /*Index*/) {}
+void frmMain::ConfigPlugin() {}
 void frmMain::ShowMeterWindow() {}
 void frmMain::SetMeterStyle(int /*style*/) {}
 void frmMain::SetVumeterVisible() {}
@@ -64,6 +198,7 @@ bool frmMain::StopMeter() {
   return false;
 }
 void frmMain::StartMeter() {}
+void frmMain::StopVuMeter1() {}
 void frmMain::CyclePlugins() {}
 void frmMain::ReleasePlugin() {}
 void frmMain::PrepareVUStop() {}
@@ -71,8 +206,14 @@ void frmMain::PrepareVUStart() {}
 void frmMain::SetVuMeter1Visible(bool /*visible*/) {}
 void frmMain::PutAwayVuMeter1() {}
 void frmMain::ExtPluginMediaChanged() {}
+bool frmMain::FlipDemoTimer() {
+  Timer& timer = timers_[MainTimer::DemoTimer];
+  timer.SetEnabled(!timer.Enabled());
+  return timer.Enabled();
+}
 
-// Hooks of the desktop; the wheel comes by the toolkit's own event
+// --- Hooks of the desktop; the wheel comes by the toolkit's own event
+
 void frmMain::StartWheelHook() {}
 void frmMain::DockWindow() {}
 void frmMain::UndockWindow() {}

@@ -3,6 +3,7 @@
 #include "controls/color_qt.h"
 #include "controls/svg_face_qt.h"
 
+#include <QCursor>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -30,6 +31,9 @@ constexpr int kDataHeight = 17;
 constexpr int kSmallControlsWidth = 244;
 constexpr int kSmallRow = 21;
 constexpr int kIndicator = 16;
+constexpr int kHandSize = 32;
+constexpr int kHandTipX = 12;
+constexpr int kHandTipY = 2;
 constexpr int kCounterWidth = 84;
 
 // Colour slots.
@@ -131,6 +135,7 @@ QLabel* MainPanel::MakeDisp(int index, int pixels, bool bold) {
   font.setBold(bold);
   label->setFont(font);
   label->setProperty("index", index);
+  label->setMouseTracking(true);
   label->installEventFilter(this);
   return label;
 }
@@ -247,6 +252,19 @@ void MainPanel::SetTitleToolTip(const QString& text) {
   disp_[5]->setToolTip(text);
 }
 
+void MainPanel::SetDispPointer(int index, bool hand) {
+  QLabel* label = index >= 0 && index < 6 ? disp_[static_cast<std::size_t>(index)] : nullptr;
+  if (label == nullptr) return;
+  if (!hand) {
+    label->unsetCursor();
+    return;
+  }
+  const double ratio = devicePixelRatioF();
+  const QPixmap picture = RenderFace(art_("hand"), QColor(), QSize(kHandSize, kHandSize), ratio);
+  label->setCursor(picture.isNull() ? QCursor(Qt::PointingHandCursor)
+                                    : QCursor(picture, kHandTipX, kHandTipY));
+}
+
 void MainPanel::SetSliderLabel(SliderKind kind, const QString& text) {
   QLabel* label = slider_labels_[static_cast<std::size_t>(kind)];
   if (label != nullptr) label->setText(text);
@@ -317,6 +335,10 @@ void MainPanel::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 bool MainPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::MouseMove && on_disp_move) {
+    const QVariant index = watched->property("index");
+    if (index.isValid()) on_disp_move(index.toInt());
+  }
   if (event->type() == QEvent::MouseButtonRelease) {
     auto* mouse = static_cast<QMouseEvent*>(event);
     const QVariant index = watched->property("index");

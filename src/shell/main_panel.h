@@ -47,6 +47,8 @@ class MainPanel : public QWidget {
   void SetDisp(int index, const QString& text);
   void SetDispUnderline(int index, bool underline);
   void SetTitleToolTip(const QString& text);
+  // The hand that shows a link, or the ordinary pointer, over a label.
+  void SetDispPointer(int index, bool hand);
   void SetSliderLabel(SliderKind kind, const QString& text);
 
   // `ic_https` and `picKVR`; an empty name hides the connection.
@@ -65,6 +67,8 @@ class MainPanel : public QWidget {
   std::function<void()> on_menu;
   // A left click on a label `Disp`.
   std::function<void(int index)> on_disp_click;
+  // The pointer moves over a label.
+  std::function<void(int index)> on_disp_move;
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

@@ -100,8 +100,9 @@ void MainView::SetDispUnderline(DispLabel label, bool underline) {
   panel_->SetDispUnderline(label, underline);
 }
 
-// The tray icon takes its text from here once it stands.
-void MainView::SetTrayTip(const std::string& /*text*/) {}
+void MainView::SetTrayTip(const std::string& text) {
+  if (on_tray_tip) on_tray_tip(text);
+}
 
 int MainView::PanelTextWidth(std::string_view text) const {
   return panel_->TitleWidth(ToQString(text));

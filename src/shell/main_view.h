@@ -44,6 +44,10 @@ class MainView : public OpenerView,
   void PlaceRender(int width, int height);
   void ApplyColors(const std::array<std::int32_t, kColorSlots>& colors);
   void SetRepeatFace(int face);
+  void SetDispPointer(DispLabel label, bool hand) { panel_->SetDispPointer(label, hand); }
+
+  // Hears the text that the tray icon is to show.
+  std::function<void(const std::string&)> on_tray_tip;
 
   // OpenerView
   RenderTarget Render() const override;

@@ -185,13 +185,14 @@ void MediaOpener::FinishOpen(const std::string& path, const OpenArguments& argum
 
 void MediaOpener::OpenResume(const std::string& path, const OpenArguments& arguments) {
   const std::uint64_t before = last_open_;
-  host_.OpenResumeFile(path, arguments.FromPlaylist, arguments.StartPlaying);
+  bool from_playlist = arguments.FromPlaylist;
+  host_.OpenResumeFile(path, from_playlist, arguments.StartPlaying);
   // Its medium comes by `OpenFile` as well; any other open inside is a newer wish, with its own
   // mark.
   if (last_open_ != before && Overtaken(resumed_)) return;
   view_.SetTitleToolTip(path);
   view_.ShowResumeMark(true);
-  if (!arguments.FromPlaylist) parts_.settings.LastOpenFolder = FolderOfPath(path);
+  if (!from_playlist) parts_.settings.LastOpenFolder = FolderOfPath(path);
 }
 
 void MediaOpener::AbandonOpen() {

@@ -35,7 +35,8 @@ class OpenerHost {
  public:
   virtual ~OpenerHost() = default;
   virtual void OpenPlaylist(const std::string& Path) = 0;
-  virtual void OpenResumeFile(const std::string& Path, bool FromPlaylist, bool StartPlaying) = 0;
+  // `FromPlaylist` becomes true when the resume file's medium is an entry of the list.
+  virtual void OpenResumeFile(const std::string& Path, bool& FromPlaylist, bool StartPlaying) = 0;
   virtual AsxInfo ReadAsxFile(const std::string& Path) = 0;
   virtual void UpdateFileDisp(const std::string& text) = 0;
   virtual void UpdateFileDataDisplay() = 0;

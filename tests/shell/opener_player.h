@@ -66,7 +66,7 @@ struct OpenerPlayer : OpenerHost,
   }
 
   void OpenPlaylist(const std::string& Path) override { log.push_back("playlist " + Path); }
-  void OpenResumeFile(const std::string& Path, bool FromPlaylist, bool /*StartPlaying*/) override {
+  void OpenResumeFile(const std::string& Path, bool& FromPlaylist, bool /*StartPlaying*/) override {
     log.push_back("resume " + Path);
     session.ResumePosition = 7;
     session.ResumeEndPosition = 9;
