@@ -80,6 +80,16 @@ class Player {
     return position;
   }
 
+  // Stop holds the medium at its start.
+  bool Held() const {
+    int held = 0;
+    for (const TraceLine& line : Lines()) {
+      if (line.event == "open") held = 0;
+      if (line.event == "position") held = std::stod(line.value) < 0.1 ? held + 1 : 0;
+    }
+    return held >= 2;
+  }
+
   bool Seen(const std::string& event, const std::string& value = {}) const {
     for (const TraceLine& line : Lines()) {
       if (line.event == event && (value.empty() || line.value == value)) return true;
@@ -147,17 +157,11 @@ TEST(Program, PlaysEachKindOfMediumToItsEndAndStops) {
     SCOPED_TRACE(media[i]);
     Player& player = *players[i];
     ASSERT_TRUE(player.WaitFor([&] { return player.Seen("open", Medium(media[i])); }));
+    ASSERT_TRUE(player.WaitFor([&] { return player.Held(); })) << "never stopped";
     double furthest = 0.0;
-    ASSERT_TRUE(player.WaitFor([&] {
-      const std::vector<TraceLine> lines = player.Lines();
-      int held = 0;
-      for (const TraceLine& line : lines) {
-        if (line.event != "position") continue;
-        furthest = std::max(furthest, std::stod(line.value));
-        held = std::stod(line.value) < 0.1 ? held + 1 : 0;
-      }
-      return held >= 2;
-    })) << "never stopped";
+    for (const TraceLine& line : player.Lines()) {
+      if (line.event == "position") furthest = std::max(furthest, std::stod(line.value));
+    }
     EXPECT_TRUE(furthest > 0.5 || media[i] == std::string("film_short.mkv"));
     EXPECT_TRUE(player.Terminate());
   }
@@ -187,6 +191,76 @@ TEST(Program, ComesBackWhereItWasLeft) {
   ASSERT_TRUE(again.WaitFor([&] { return again.Position() >= 0.0; }));
   EXPECT_NEAR(again.Position(), saved.LastPosition, 1.0);
   EXPECT_TRUE(again.Terminate());
+}
+
+// What is opened, in order, up to the moment when nothing more comes.
+std::vector<std::string> Opened(const Player& player) {
+  std::vector<std::string> names;
+  for (const TraceLine& line : player.Lines()) {
+    const std::string name = line.value.substr(line.value.rfind('/') + 1);
+    if (line.event == "open" && (names.empty() || names.back() != name)) names.push_back(name);
+  }
+  return names;
+}
+
+TEST(Program, RunsThroughAListAsItsModesSay) {
+  struct Case {
+    bool auto_next;
+    int repeat_mode;
+    std::vector<std::string> opened;
+  };
+  const std::vector<Case> cases = {
+      {false, 0, {"film_short.mkv"}},
+      {true, 0, {"film_short.mkv", "tone.wav"}},
+      {true, 2, {"film_short.mkv", "tone.wav", "film_short.mkv", "tone.wav"}},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.auto_next ? each.repeat_mode : -1);
+    const TempFolder home;
+    Settings settings = Usual();
+    settings.AutoPlayPlaylist = FromBool(true);
+    settings.AutoNext = FromBool(each.auto_next);
+    settings.RepeatMode = each.repeat_mode;
+    WriteConfig(home, settings);
+    home.Write("list.m3u", Medium("film_short.mkv") + "\r\n" + Medium("tone.wav") + "\r\n");
+    Player player(home);
+    player.Start(home.Path("list.m3u"));
+    EXPECT_TRUE(player.WaitFor([&] { return Opened(player) == each.opened; }));
+    if (each.repeat_mode == 0) {
+      EXPECT_TRUE(player.WaitFor([&] { return player.Held(); }));
+      EXPECT_EQ(Opened(player), each.opened);
+    }
+    ASSERT_TRUE(player.Terminate());
+    Settings saved;
+    ASSERT_TRUE(ReadSettings(home.Path("config.dat"), saved));
+    EXPECT_EQ(saved.PlaylistFile, home.Path("list.m3u"));
+    EXPECT_EQ(saved.PlaylistIndex, each.opened.back() == "tone.wav" ? 2 : 1);
+  }
+}
+
+TEST(Program, ReturnsToTheSectionOfAResumeFileAndStaysInIt) {
+  const TempFolder home;
+  Settings settings = Usual();
+  settings.AutoPlayResume = FromBool(true);
+  WriteConfig(home, settings);
+  home.Write("spot.kvr", "[RESUME_FILE]\r\nPath=" + Medium("film1.mkv") +
+                             "\r\nPOS=2,5\r\nPLFile=0\r\nPLID=0\r\nENDPOS=3.5\r\n");
+  Player player(home);
+  player.Start(home.Path("spot.kvr"));
+  ASSERT_TRUE(player.WaitFor([&] { return player.Seen("open", Medium("film1.mkv")); }));
+  std::vector<double> positions;
+  ASSERT_TRUE(player.WaitFor([&] {
+    positions.clear();
+    for (const TraceLine& line : player.Lines()) {
+      if (line.event == "position") positions.push_back(std::stod(line.value));
+    }
+    return positions.size() >= 5;
+  }));
+  for (const double position : positions) {
+    EXPECT_GT(position, 2.3);
+    EXPECT_LT(position, 3.9);
+  }
+  EXPECT_TRUE(player.Terminate());
 }
 
 TEST(Program, HandsOverToTheOneThatRuns) {
