@@ -1,5 +1,6 @@
 #include "playlist/frm_playlist.h"
 
+#include "controls/smart_menu_style_qt.h"
 #include "playlist/playlist_files.h"
 #include "playlist/window_place_qt.h"
 #include "system/paths.h"
@@ -78,6 +79,7 @@ frmPlaylist::frmPlaylist(PlaylistWindowHost& host, Parts parts, QWidget* owner)
       StatusBar1_(new QWidget(this)),
       panel1_(new TextLine(TextLine::Shorten::kEnd, StatusBar1_)),
       panel2_(new TextLine(TextLine::Shorten::kEnd, StatusBar1_)),
+      menu_style_(new SmartMenuStyle),
       mnu_(new QMenu(this)),
       PanelTimer_(parts_.timers.MakeTimer(TimerKind::kOrdinary, kPanelMilliseconds,
                                           [this] { PanelTimer(); })),
@@ -106,7 +108,8 @@ frmPlaylist::frmPlaylist(PlaylistWindowHost& host, Parts parts, QWidget* owner)
   });
   // When the drop is over, so that the program it came from does not wait for a walk of folders.
   connect(pList_, &PlaylistView::MediaDropped, this, [this](const DroppedMedia& media) {
-    QMetaObject::invokeMethod(this, [this, media] { OLEDragDrop(media); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this, media] { OLEDragDrop(media); }, Qt::QueuedConnection);
   });
 }
 
@@ -115,7 +118,9 @@ frmPlaylist::~frmPlaylist() {
 }
 
 void frmPlaylist::MakeMenu() {
+  menu_style_->setParent(this);
   mnu_->setObjectName(QStringLiteral("mnu"));
+  mnu_->setStyle(menu_style_);
   for (const ListMenuEntry& entry : kListMenu) {
     if (entry.name.empty()) {
       mnu_->addSeparator();
@@ -204,13 +209,14 @@ void frmPlaylist::Form_Unload(bool by_user) {
 void frmPlaylist::RestoreGeometry() {
   const Settings& s = parts_.settings;
   if (s.PlaylistWidth <= 0) {
-    setGeometry(PlaceBeside(parentWidget(), kFirstSize));
+    const QRect place = PlaceBeside(parentWidget(), kFirstSize);
+    resize(place.size());
+    move(place.topLeft());
     return;
   }
   const QRect stored(s.PlaylistLeft / kTwips, s.PlaylistTop / kTwips, s.PlaylistWidth / kTwips,
                      s.PlaylistHeight / kTwips);
-  const QRect place =
-      OnScreen(QRect(stored.topLeft(), stored.size().expandedTo(kSmallestSize)));
+  const QRect place = OnScreen(QRect(stored.topLeft(), stored.size().expandedTo(kSmallestSize)));
   resize(place.size());
   move(place.topLeft());
 }
@@ -232,6 +238,7 @@ void frmPlaylist::UpdateColors() {
   setPalette(PaletteOf(look));
   Toolbar_->SetLook(look);
   pList_->SetLook(look);
+  menu_style_->SetColors(MenuColorsFrom(parts_.settings.Colors, QPalette()));
   update();
 }
 
@@ -249,7 +256,6 @@ void frmPlaylist::resizeEvent(QResizeEvent* /*event*/) {
 
 void frmPlaylist::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  painter.setPen(palette().color(QPalette::Window).lighter());
   painter.fillRect(rect(), palette().color(QPalette::Window));
 }
 
@@ -313,8 +319,8 @@ void frmPlaylist::Run(ListCommand command) {
 
 void frmPlaylist::AddFiles() {
   if (scanning_ != nullptr) return;  // one walk at a time
-  const std::string start = parts_.registry.RegReadValue(
-      RegistryRoot::kCurrentUser, PlaylistFiles::kGeneralKey, kLastFolder);
+  const std::string start = parts_.registry.RegReadValue(RegistryRoot::kCurrentUser,
+                                                         PlaylistFiles::kGeneralKey, kLastFolder);
   const std::string folder = parts_.dialogs.BrowseDirectorysOnly("Add folder to playlist:", start);
   if (!folder.empty() && !Closing_ && scanning_ == nullptr) AddFolder(folder);
   host_.UpdateFileDisp("");
@@ -363,6 +369,14 @@ void frmPlaylist::ShowDetails() {
 
 void frmPlaylist::SaveList() {
   if (host_.SaveList() && !Closing_) UpdateToolbarButtons();
+}
+
+void frmPlaylist::Unload() {
+  if (scanning_ != nullptr) {
+    scanning_->Command1_Click();  // Esc may come before that window has the keyboard
+  } else {
+    Form_Unload(true);
+  }
 }
 
 void frmPlaylist::pList_DblClick() {

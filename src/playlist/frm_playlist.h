@@ -40,6 +40,8 @@ class QMenu;
 
 namespace kv {
 
+class SmartMenuStyle;
+
 // What the window asks of the player. Every call may pump messages.
 class PlaylistWindowHost {
  public:
@@ -87,7 +89,8 @@ class frmPlaylist : public QWidget {
   ~frmPlaylist() override;
 
   void Form_Load();
-  // Takes the window off the screen and the rows away. `by_user`: it stays closed at the next start.
+  // Takes the window off the screen and the rows away. `by_user`: it stays closed at the next
+  // start.
   void Form_Unload(bool by_user);
 
   // Restores it when it is minimised, and gives it the keyboard.
@@ -171,7 +174,7 @@ class frmPlaylist : public QWidget {
   void SelectAll() { parts_.rows.SelectAll(); }
   void ShowDetails();
   void SList() { parts_.order.SList(); }
-  void Unload() { Form_Unload(true); }
+  void Unload();
 
   PlaylistWindowHost& host_;
   Parts parts_;
@@ -181,6 +184,7 @@ class frmPlaylist : public QWidget {
   QWidget* StatusBar1_;
   TextLine* panel1_;
   TextLine* panel2_;
+  SmartMenuStyle* menu_style_;
   QMenu* mnu_;
   QPointer<frmSearch> search_dialog_;
   std::unique_ptr<frmSearchVis> search_vis_;

@@ -39,11 +39,11 @@ int FoundLines::rowCount(const QModelIndex& parent) const {
 
 QVariant FoundLines::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole || index.row() >= rowCount()) return {};
-  return ToQString(
-      ShownText(search_.Lines()[static_cast<std::size_t>(index.row())], kLongestLine));
+  return ToQString(ShownText(search_.Lines()[static_cast<std::size_t>(index.row())], kLongestLine));
 }
 
-frmQuickSearch::frmQuickSearch(QuickSearch& search, TimerSource& timers, QWidget* owner)
+frmQuickSearch::frmQuickSearch(QuickSearch& search, TimerSource& timers, const QPalette& colors,
+                               QWidget* owner)
     : QWidget(owner, Qt::Dialog),
       search_(search),
       Text1_(new QLineEdit(this)),
@@ -55,11 +55,13 @@ frmQuickSearch::frmQuickSearch(QuickSearch& search, TimerSource& timers, QWidget
       CheckPlaylistIsOpen_(timers.MakeTimer(TimerKind::kOrdinary, kCheckMilliseconds,
                                             [this] { CheckPlaylistIsOpen(); })) {
   setObjectName(QStringLiteral("frmQuickSearch"));
+  setPalette(colors);
   setWindowTitle(QStringLiteral("Kestrelview - Quick Search"));
   Text1_->setAccessibleName(tr("Search for"));
   Text1_->setPlaceholderText(tr("*part of a name*"));
   List1_->setAccessibleName(tr("Found"));
   List1_->setUniformItemSizes(true);
+  List1_->setSpacing(1);
   List1_->setTextElideMode(Qt::ElideRight);
   List1_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   List1_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -91,7 +93,9 @@ void frmQuickSearch::Form_Load() {
   connect(Text1_, &QLineEdit::textChanged, this, &frmQuickSearch::Text1_Change);
   List1_->setCurrentIndex(lines_->index(0));
   CheckPlaylistIsOpen();
-  setGeometry(PlaceBeside(parentWidget(), kSize));
+  const QRect place = PlaceBeside(parentWidget(), kSize);
+  resize(place.size());
+  move(place.topLeft());
   Text1_->setFocus();
   show();
   activateWindow();

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QPalette>
 #include <QWidget>
 
 #include <memory>
@@ -42,8 +43,8 @@ class frmQuickSearch : public QWidget {
 
  public:
   // `search` and `timers` must outlive the window. `owner` is the main window, beside which it
-  // comes up.
-  frmQuickSearch(QuickSearch& search, TimerSource& timers, QWidget* owner);
+  // comes up. `colors` as PaletteOf() in playlist_look_qt.h makes them.
+  frmQuickSearch(QuickSearch& search, TimerSource& timers, const QPalette& colors, QWidget* owner);
 
   void Form_Load();
   // Remembers the text and goes.

@@ -8,6 +8,8 @@
 namespace kv {
 namespace {
 
+constexpr Qt::WindowFlags kFlags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                   Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
 constexpr int kWidth = 440;
 constexpr int kMargin = 14;
 constexpr int kSpacing = 8;
@@ -15,7 +17,7 @@ constexpr int kSpacing = 8;
 }  // namespace
 
 frmScanning::frmScanning(Session& session, QWidget* owner)
-    : QWidget(owner, Qt::Dialog),
+    : QWidget(owner, kFlags),
       session_(session),
       path_(new TextLine(TextLine::Shorten::kPath, this)),
       count_(new TextLine(TextLine::Shorten::kEnd, this)),

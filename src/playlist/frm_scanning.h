@@ -1,7 +1,7 @@
 // `frmScanning`: how far a long adding has come, with a button to end it. Not modal.
 //
-// Closing it in any way is Cancel: what has been added stays. `ScanWindowOpen` is true as long as it
-// lives. Made and destroyed by `frmPlaylist`; interface thread only.
+// Closing it in any way is Cancel: what has been added stays. `ScanWindowOpen` is true as long as
+// it lives. Made and destroyed by `frmPlaylist`; interface thread only.
 #pragma once
 
 #include "playlist/list_window.h"
@@ -25,6 +25,9 @@ class frmScanning : public QWidget, public ScanWindow {
   frmScanning(const frmScanning&) = delete;
   frmScanning& operator=(const frmScanning&) = delete;
 
+  // Ends the walk at its next file or folder.
+  void Command1_Click();
+
   // ScanWindow
   void ShowPath(const std::string& path) override { path_->SetText(path); }
   void ShowCount(const std::string& text) override { count_->SetText(text); }
@@ -34,8 +37,6 @@ class frmScanning : public QWidget, public ScanWindow {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void Command1_Click();
-
   Session& session_;
   TextLine* path_;
   TextLine* count_;

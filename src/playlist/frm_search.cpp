@@ -3,13 +3,12 @@
 #include "system/text_platform_qt.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
-#include <QShortcut>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <cstddef>
 
 namespace kv {
@@ -17,7 +16,7 @@ namespace {
 
 constexpr int kMargin = 14;
 constexpr int kSpacing = 8;
-constexpr int kWidth = 340;
+constexpr int kRowGap = 1;
 
 }  // namespace
 
@@ -50,15 +49,12 @@ frmSearch::frmSearch(ListSearch& search, QWidget* owner)
   page->addWidget(keyword);
   page->addWidget(Text1_);
   page->addWidget(fields);
-  page->addWidget(List1_, 1);
+  page->addWidget(List1_);
   page->addLayout(buttons);
-  page->setSizeConstraint(QLayout::SetMinimumSize);
-  resize(std::max(kWidth, sizeHint().width()), sizeHint().height());
+  page->setSizeConstraint(QLayout::SetFixedSize);
 
   connect(Command1, &QPushButton::clicked, this, &frmSearch::Command1_Click);
   connect(Command2, &QPushButton::clicked, this, &frmSearch::reject);
-  connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this,
-          &frmSearch::Command1_Click);
   Text1_->setText(ToQString(search_.Keyword()));
   Text1_->selectAll();
   Text1_->setFocus();
@@ -72,8 +68,9 @@ void frmSearch::FillList1() {
     auto* const item = new QListWidgetItem(ToQString(kPlaylistColumnTable[i + 1].title), List1_);
     item->setSelected(again && search_.Fields()[i]);
   }
-  const int rows = List1_->count() * List1_->sizeHintForRow(0);
-  List1_->setMinimumHeight(rows + 2 * List1_->frameWidth());
+  List1_->setSpacing(kRowGap);
+  const int rows = List1_->count() * (List1_->sizeHintForRow(0) + 2 * kRowGap) + 2 * kRowGap;
+  List1_->setFixedHeight(rows + 2 * List1_->frameWidth());
 }
 
 void frmSearch::Command1_Click() {
@@ -83,6 +80,14 @@ void frmSearch::Command1_Click() {
   }
   const QPointer<frmSearch> self(this);  // a box may tell what is missing, and anything happen then
   if (search_.Search(FromQString(Text1_->text()), fields) && self != nullptr) accept();
+}
+
+void frmSearch::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F3) {
+    Command1_Click();
+  } else {
+    QDialog::keyPressEvent(event);
+  }
 }
 
 void frmSearch::reject() {

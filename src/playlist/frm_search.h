@@ -20,6 +20,9 @@ class frmSearch : public QDialog {
   // Any end but Search is Cancel.
   void reject() override;
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   void FillList1();
   void Command1_Click();

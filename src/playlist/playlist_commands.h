@@ -94,24 +94,15 @@ struct ListKey {
 };
 
 inline constexpr std::array<ListKey, 19> kListKeys = {{
-    {"F1", ListCommand::kFindPlaying},
-    {"F3", ListCommand::kFindNext},
-    {"F5", ListCommand::kRedraw},
-    {"Del", ListCommand::kRemoveSel, true},
-    {"Return", ListCommand::kPlay},
-    {"Enter", ListCommand::kPlay},
-    {"Esc", ListCommand::kUnload},
-    {"Shift+Del", ListCommand::kClear},
-    {"Ctrl+F", ListCommand::kFind},
-    {"Ctrl+C", ListCommand::kCopy},
-    {"Ctrl+R", ListCommand::kRandomize},
-    {"Ctrl+F12", ListCommand::kAdd},
-    {"Ctrl+O", ListCommand::kOpen},
-    {"Ctrl+S", ListCommand::kSaveAs},
-    {"Ctrl+A", ListCommand::kSelectAll},
-    {"Ctrl+Q", ListCommand::kQuickFind},
-    {"Alt+Del", ListCommand::kDeleteSel},
-    {"Alt+Down", ListCommand::kDown, true},
+    {"F1", ListCommand::kFindPlaying},    {"F3", ListCommand::kFindNext},
+    {"F5", ListCommand::kRedraw},         {"Del", ListCommand::kRemoveSel, true},
+    {"Return", ListCommand::kPlay},       {"Enter", ListCommand::kPlay},
+    {"Esc", ListCommand::kUnload},        {"Shift+Del", ListCommand::kClear},
+    {"Ctrl+F", ListCommand::kFind},       {"Ctrl+C", ListCommand::kCopy},
+    {"Ctrl+R", ListCommand::kRandomize},  {"Ctrl+F12", ListCommand::kAdd},
+    {"Ctrl+O", ListCommand::kOpen},       {"Ctrl+S", ListCommand::kSaveAs},
+    {"Ctrl+A", ListCommand::kSelectAll},  {"Ctrl+Q", ListCommand::kQuickFind},
+    {"Alt+Del", ListCommand::kDeleteSel}, {"Alt+Down", ListCommand::kDown, true},
     {"Alt+Up", ListCommand::kUp, true},
 }};
 

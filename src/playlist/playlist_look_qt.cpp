@@ -12,9 +12,16 @@ constexpr std::size_t kListBack = 2;
 constexpr std::size_t kListText = 3;
 constexpr std::size_t kGeneralText = 4;
 constexpr std::size_t kPlaying = 7;
+constexpr std::size_t kMenuBack = 13;
+constexpr std::size_t kMenuText = 14;
+constexpr std::size_t kMenuSeparator = 15;
+constexpr std::size_t kMenuHighlight = 17;
+constexpr std::size_t kMenuHighlightBorder = 19;
+constexpr std::size_t kMenuHighlightText = 21;
 
-constexpr double kLeast = 2.0;      // contrast below which a text is lost on its ground
-constexpr double kReadable = 4.5;   // for what is chosen here
+constexpr double kLeast = 2.0;       // contrast below which a text is lost on its ground
+constexpr double kReadable = 4.5;    // for what is chosen here
+constexpr double kSetOff = 1.3;      // a selection from the ground
 constexpr double kSelection = 0.22;  // shares of the text's colour in the ground's
 constexpr double kSelectionTint = 0.3;
 constexpr double kHover = 0.1;
@@ -41,13 +48,15 @@ PlaylistLook LookFrom(const std::array<std::int32_t, kColorSlots>& colors, const
   look.back = slot(kListBack);
   look.text = TextOn(look.back, slot(kListText), kLeast);
   look.playing = TextOn(look.back, slot(kPlaying), kLeast);
-  // A little of the playing colour sets the selection off from a mere lighter stripe.
-  look.selected_back =
-      Blend(look.back, Blend(look.text, look.playing, kSelectionTint), kSelection);
+  look.selected_back = slot(kMenuHighlight);
+  if (ContrastRatio(look.selected_back, look.back) < kSetOff ||
+      ContrastRatio(look.selected_back, look.text) < kReadable) {
+    look.selected_back =
+        Blend(look.back, Blend(look.text, look.playing, kSelectionTint), kSelection);
+  }
   look.selected_text = TextOn(look.selected_back, look.text, kReadable);
-  look.selected_playing = ContrastRatio(look.playing, look.selected_back) >= kLeast
-                              ? look.playing
-                              : look.selected_text;
+  look.selected_playing =
+      ContrastRatio(look.playing, look.selected_back) >= kLeast ? look.playing : look.selected_text;
   look.focus = Blend(look.back, look.playing, 0.7);
   look.window = slot(kGeneralBack);
   look.window_text = TextOn(look.window, slot(kGeneralText), kLeast);
@@ -56,6 +65,20 @@ PlaylistLook LookFrom(const std::array<std::int32_t, kColorSlots>& colors, const
   look.hover = Blend(look.window, look.window_text, kHover);
   look.pressed = Blend(look.window, look.window_text, kPressed);
   return look;
+}
+
+SmartMenuColors MenuColorsFrom(const std::array<std::int32_t, kColorSlots>& colors,
+                               const QPalette& theme) {
+  const auto slot = [&](std::size_t index) { return ToQColor(colors[index], theme); };
+  SmartMenuColors menu;
+  menu.background = slot(kMenuBack);
+  menu.text = slot(kMenuText);
+  menu.separator = slot(kMenuSeparator);
+  menu.highlight = slot(kMenuHighlight);
+  menu.highlight_border = slot(kMenuHighlightBorder);
+  menu.highlight_text = slot(kMenuHighlightText);
+  menu.disabled_text = menu.text;
+  return menu;
 }
 
 QPalette PaletteOf(const PlaylistLook& look) {

@@ -4,6 +4,7 @@
 // so that every scheme stays readable. Interface thread.
 #pragma once
 
+#include "controls/smart_menu.h"
 #include "state/settings.h"
 
 #include <QColor>
@@ -34,6 +35,9 @@ struct PlaylistLook {
 };
 
 PlaylistLook LookFrom(const std::array<std::int32_t, kColorSlots>& colors, const QPalette& theme);
+
+SmartMenuColors MenuColorsFrom(const std::array<std::int32_t, kColorSlots>& colors,
+                               const QPalette& theme);
 
 // For a window and all that is in it.
 QPalette PaletteOf(const PlaylistLook& look);

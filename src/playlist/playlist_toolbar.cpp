@@ -19,8 +19,9 @@ constexpr int kFaceSize = 20;
 QString TipOf(const ListButton& button) {
   const QKeySequence keys(ToQString(KeysOf(button.command)), QKeySequence::PortableText);
   const QString tip = ToQString(button.tip);
-  return keys.isEmpty() ? tip
-                        : QStringLiteral("%1 (%2)").arg(tip, keys.toString(QKeySequence::NativeText));
+  return keys.isEmpty()
+             ? tip
+             : QStringLiteral("%1 (%2)").arg(tip, keys.toString(QKeySequence::NativeText));
 }
 
 }  // namespace

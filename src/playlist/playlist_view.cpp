@@ -22,9 +22,9 @@ constexpr int kNarrowest = 24;
 constexpr int kWidest = 4000;
 constexpr const char* kUriList = "text/uri-list";
 
-constexpr std::array<int, 8> kMovingKeys = {Qt::Key_Up,   Qt::Key_Down, Qt::Key_PageUp,
+constexpr std::array<int, 8> kMovingKeys = {Qt::Key_Up,       Qt::Key_Down, Qt::Key_PageUp,
                                             Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End,
-                                            Qt::Key_Left, Qt::Key_Right};
+                                            Qt::Key_Left,     Qt::Key_Right};
 
 std::string_view BytesOf(const QByteArray& bytes) {
   return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
@@ -119,9 +119,15 @@ void PlaylistView::LoadColumns(const Settings& settings) {
   for (std::size_t i = 0; i < kPlaylistColumns; ++i) {
     order[i] = static_cast<int>(i);
     double twips = settings.PlaylistColumnWidth[i];
-    if (!stored || !(twips > 0)) twips = kPlaylistColumnTable[i].width;
-    const double pixels = std::clamp(std::round(twips / kTwips), double{kNarrowest},
-                                     double{kWidest});
+    if (!stored || !(twips > 0)) {
+      // In the user's font a number must not be cut.
+      const PlaylistColumnInfo& column = kPlaylistColumnTable[i];
+      const char* const sample = i == 0 ? "0000" : column.right_aligned ? "00:00:00" : "";
+      const int needed = delegate_->WidthFor(QLatin1String(sample), order[i]);
+      twips = std::max(column.width, needed * kTwips);
+    }
+    const double pixels =
+        std::clamp(std::round(twips / kTwips), double{kNarrowest}, double{kWidest});
     header->resizeSection(order[i], static_cast<int>(pixels));
   }
   if (!stored) return;
@@ -255,9 +261,14 @@ void PlaylistView::keyPressEvent(QKeyEvent* event) {
     event->ignore();
     return;
   }
-  const int before = currentIndex().row();
+  const int before = currentIndex().row() + 1;
   QTableView::keyPressEvent(event);
-  if (currentIndex().row() != before) rows_.ItemClick(currentIndex().row() + 1);
+  const int row = currentIndex().row() + 1;
+  if (row != before) {
+    rows_.ItemClick(row);
+  } else if (event->modifiers() == Qt::NoModifier && rows_.SelectedRows().empty()) {
+    rows_.SelectOnly(row);  // the row had the focus only
+  }
 }
 
 void PlaylistView::mousePressEvent(QMouseEvent* event) {

@@ -41,8 +41,8 @@ class PlaylistView : public QTableView {
 
  Q_SIGNALS:
   void RowDoubleClicked();
-  void HeaderClicked(int index);                      // of the column, from 1
-  void MenuWanted(QPoint position);                   // of the desktop
+  void HeaderClicked(int index);     // of the column, from 1
+  void MenuWanted(QPoint position);  // of the desktop
   void MediaDropped(const kv::DroppedMedia& media);
 
  protected:

@@ -18,6 +18,7 @@ namespace kv {
 namespace {
 
 constexpr int kIconSize = 16;
+constexpr int kIconRoom = 22;
 constexpr int kPadding = 7;  // left and right of a text
 constexpr int kRowSpace = 6;
 
@@ -40,15 +41,20 @@ int RowDelegate::RowHeight() const {
   return std::max(view_.fontMetrics().height(), kIconSize) + kRowSpace;
 }
 
-QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
-  const QFontMetrics metrics(FontOf(option, index));
-  const int icon = index.column() == 0 ? kIconSize + kPadding : 0;
-  const int text = metrics.horizontalAdvance(index.data(Qt::DisplayRole).toString());
-  return {text + icon + 2 * kPadding, RowHeight()};
+int RowDelegate::WidthFor(const QString& text, int column) const {
+  QFont font = view_.font();
+  font.setBold(true);
+  return QFontMetrics(font).horizontalAdvance(text) + 2 * kPadding + 2 +
+         (column == 0 ? kIconRoom : 0);
+}
+
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
+                            const QModelIndex& index) const {
+  return {WidthFor(index.data(Qt::DisplayRole).toString(), index.column()), RowHeight()};
 }
 
 QRect RowDelegate::TextRect(const QRect& cell, int column) const {
-  const int icon = column == 0 ? kIconSize : 0;
+  const int icon = column == 0 ? kIconRoom : 0;
   return cell.adjusted(kPadding + icon, 0, -kPadding, 0);
 }
 

@@ -28,6 +28,9 @@ class RowDelegate : public QStyledItemDelegate {
   // The height that all rows have, in the font of the view.
   int RowHeight() const;
 
+  // The width of a cell that shows all of `text`, playing or not.
+  int WidthFor(const QString& text, int column) const;
+
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;

@@ -37,6 +37,8 @@ QRect PlaceBeside(const QWidget* owner, QSize size) {
     place.moveLeft(main.right() + kGap);
   } else if (main.left() - kGap - size.width() >= room.left()) {
     place.moveLeft(main.left() - kGap - size.width());
+  } else if (main.bottom() + kGap + size.height() + kTitleBar <= room.bottom()) {
+    place.moveTop(main.bottom() + kGap);
   } else {
     place.moveCenter(main.center());
   }

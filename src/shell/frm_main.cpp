@@ -63,6 +63,8 @@ frmMain::frmMain(const ProgramParts& parts)
       models_(view_.Models()),
       playlist_(*this, {Movie_, settings_, session_, dialogs_, parts.pump,
                         timers_[MainTimer::PlayFromPlaylist], parts.text, parts.folder}),
+      list_windows_(*this, {*this, playlist_, settings_, session_, dialogs_, playlist_.Store(),
+                            shell_, parts.time, parts.pump, parts.text, ArtFrom(parts.folder)}),
       time_display_(Movie_, settings_, parts.text, view_),
       sliders_(models_, Movie_, settings_, session_, time_display_, parts.text, view_, *this),
       status_(view_, Movie_, dialogs_, parts.pump, timers_[MainTimer::tmrCheckBuffering],
@@ -214,6 +216,7 @@ void frmMain::ReadFileSupport() {
 void frmMain::RefreshColors() {
   view_.ApplyColors(settings_.Colors);
   menu_.ApplyColors(settings_.Colors);
+  list_windows_.UpdateColors();
 }
 
 void frmMain::OnTimer(MainTimer timer) {

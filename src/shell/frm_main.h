@@ -11,6 +11,7 @@
 #include "shell/form_life.h"
 #include "shell/forms.h"
 #include "shell/hand_over.h"
+#include "shell/list_windows.h"
 #include "shell/main_menu.h"
 #include "shell/main_timers.h"
 #include "shell/main_view.h"
@@ -62,6 +63,7 @@ class frmMain : public QWidget,
                 private SettingsHost,
                 private FormLifeHost,
                 private PlaylistRoomHost,
+                private ListWindowsHost,
                 private ScreenRoomHost,
                 private TransportMenu,
                 private TransportVisuals,
@@ -172,6 +174,11 @@ class frmMain : public QWidget,
   // PlaylistRoomHost
   void ShowResumeMark(bool visible) override;
   void ShowBusyPointer(bool busy) override;
+  ListWindow* LoadedListWindow() override;
+  ScanWindow* OpenScanWindow() override;
+
+  // ListWindowsHost
+  std::string MainDisplayText() const override;
 
   // ScreenRoomHost
   void MENU_Click(std::string_view key) override;
@@ -267,6 +274,7 @@ class frmMain : public QWidget,
   SliderModels models_;
 
   PlaylistRoom playlist_;
+  ListWindows list_windows_;
   TimeDisplay time_display_;
   Sliders sliders_;
   StatusOverlay status_;

@@ -149,16 +149,37 @@ bool frmMain::TrayMustWait() const {
 }
 void frmMain::UnloadOtherForms() {
   menu_.Close();
+  list_windows_.UnloadAll();
   forms_.UnloadAll();
 }
 TransportDisplay::PlaylistWindow frmMain::StateOfPlaylistWindow() const {
-  return PlaylistWindow::kNotLoaded;
+  if (!list_windows_.PlaylistLoaded()) return PlaylistWindow::kNotLoaded;
+  return list_windows_.PlaylistMinimised() ? PlaylistWindow::kMinimised : PlaylistWindow::kOpen;
 }
-void frmMain::ShowPlaylistWindow() {}
-void frmMain::RestorePlaylistWindow() {}
-void frmMain::FocusPlaylistWindow() {}
-void frmMain::ClosePlaylistWindow() {}
-void frmMain::ShowQuickSearch() {}
+void frmMain::ShowPlaylistWindow() {
+  list_windows_.ShowPlaylist();
+}
+void frmMain::RestorePlaylistWindow() {
+  list_windows_.FocusPlaylist();
+}
+void frmMain::FocusPlaylistWindow() {
+  list_windows_.FocusPlaylist();
+}
+void frmMain::ClosePlaylistWindow() {
+  list_windows_.ClosePlaylist();
+}
+void frmMain::ShowQuickSearch() {
+  list_windows_.ShowQuickSearch();
+}
+ListWindow* frmMain::LoadedListWindow() {
+  return list_windows_.LoadedListWindow();
+}
+ScanWindow* frmMain::OpenScanWindow() {
+  return list_windows_.OpenScanWindow();
+}
+std::string frmMain::MainDisplayText() const {
+  return view_.DispText(kDispTitle);
+}
 std::string frmMain::AskForUrl() {
   return {};
 }

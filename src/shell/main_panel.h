@@ -45,6 +45,7 @@ class MainPanel : public QWidget {
 
   // The labels `Disp` 0, 1, 2 and 5; other numbers do nothing.
   void SetDisp(int index, const QString& text);
+  QString DispText(int index) const { return disp_texts_[static_cast<std::size_t>(index)]; }
   void SetDispUnderline(int index, bool underline);
   void SetTitleToolTip(const QString& text);
   // The hand that shows a link, or the ordinary pointer, over a label.

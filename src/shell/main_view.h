@@ -44,6 +44,7 @@ class MainView : public OpenerView,
   void PlaceRender(int width, int height);
   void ApplyColors(const std::array<std::int32_t, kColorSlots>& colors);
   void SetRepeatFace(int face);
+  std::string DispText(DispLabel label) const { return panel_->DispText(label).toStdString(); }
   void SetDispPointer(DispLabel label, bool hand) { panel_->SetDispPointer(label, hand); }
 
   // Hears the text that the tray icon is to show.

@@ -37,6 +37,9 @@ class PlaylistRoomHost {
   virtual void UpdateFileDataDisplay() = 0;
   virtual void ShowResumeMark(bool visible) = 0;  // `picKVR`
   virtual void ShowBusyPointer(bool busy) = 0;    // does not pump
+  // The windows of the list; null while they are not loaded.
+  virtual ListWindow* LoadedListWindow() = 0;
+  virtual ScanWindow* OpenScanWindow() = 0;
 };
 
 class PlaylistRoom : public TransportNavigation,
@@ -66,6 +69,7 @@ class PlaylistRoom : public TransportNavigation,
   PlaylistFiles& Files() { return files_; }
   Navigation& Steps() { return navigation_; }
   ResumeFiles& Resume() { return resume_; }
+  Registry& Store() { return registry_; }
 
   // Ends what waits for the network.
   void Abandon() { download_.Abort(); }
@@ -92,8 +96,8 @@ class PlaylistRoom : public TransportNavigation,
   };
 
   // ListAddingHost, PlaylistFilesHost
-  ListWindow* LoadedListWindow() override { return nullptr; }
-  ScanWindow* OpenScanWindow() override { return nullptr; }
+  ListWindow* LoadedListWindow() override { return host_.LoadedListWindow(); }
+  ScanWindow* OpenScanWindow() override { return host_.OpenScanWindow(); }
   void OpenFile(const std::string& path) override;
   void OpenFile(const std::string& path, bool from_playlist, bool start_playing) override;
   bool EngineRunning() const override { return parts_.Movie.DS_IsRunning(); }

@@ -123,7 +123,9 @@ class Modal {
 DialogsQt::DialogsQt(QWidget* owner) : owner_(owner) {}
 
 QWidget* DialogsQt::Owner() const {
-  return owner_.isNull() ? QApplication::activeWindow() : owner_.data();
+  // A question belongs to the window that the user works in, which gets the keyboard back.
+  QWidget* const active = QApplication::activeWindow();
+  return active != nullptr ? active : owner_.data();
 }
 
 BoxAnswer DialogsQt::ShowMessageBox(const MessageBoxRequest& request) {

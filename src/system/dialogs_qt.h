@@ -14,7 +14,8 @@ namespace kv {
 
 class DialogsQt : public Dialogs {
  public:
-  // The window that the questions belong to; none: the program as a whole.
+  // The window that the questions belong to while none of the program's has the keyboard; none:
+  // the program as a whole.
   explicit DialogsQt(QWidget* owner = nullptr);
 
   BoxAnswer ShowMessageBox(const MessageBoxRequest& request) override;

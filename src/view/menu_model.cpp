@@ -25,7 +25,7 @@ std::string TwoDigits(std::size_t number) {
 
 }  // namespace
 
-int GetIcon(std::string_view path) {
+int MenuModel::GetIcon(std::string_view path) {
   constexpr int kFile = 1;
   constexpr int kSound = 2;
   constexpr int kAddress = 3;

@@ -49,9 +49,6 @@ class MenuListener {
   virtual void MenuItemChanged(int id) = 0;
 };
 
-// Index of the picture of a recent entry: 1 a file, 2 sound, 3 an address.
-int GetIcon(std::string_view path);
-
 class MenuModel {
  public:
   static constexpr int kNoItem = -1;
@@ -62,6 +59,9 @@ class MenuModel {
             MeasureText measure);
   MenuModel(const MenuModel&) = delete;
   MenuModel& operator=(const MenuModel&) = delete;
+
+  // Index of the picture of a recent entry: 1 a file, 2 sound, 3 an address.
+  static int GetIcon(std::string_view path);
 
   // Hears of every change from now on; null for nobody.
   void SetListener(MenuListener* listener) { listener_ = listener; }

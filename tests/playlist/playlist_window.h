@@ -26,14 +26,14 @@ struct WindowRoom : ListRoom, PlaylistWindowHost, FindHost, QuickSearchHost {
   ~WindowRoom() override { delete form_window.data(); }
 
   void Open() {
-    form_window = new frmPlaylist(*this,
-                                  {list, rows, order, search, loader, settings, session, dialogs,
-                                   registry, services, time, pump,
-                                   [this](const char* name) {
-                                     return art + QString::fromLatin1(name) +
-                                            QStringLiteral(".svg");
-                                   }},
-                                  owner);
+    form_window =
+        new frmPlaylist(*this,
+                        {list, rows, order, search, loader, settings, session, dialogs, registry,
+                         services, time, pump,
+                         [this](const char* name) {
+                           return art + QString::fromLatin1(name) + QStringLiteral(".svg");
+                         }},
+                        owner);
     form_window->Form_Load();
   }
   void OpenWith(const std::vector<std::string>& paths) {
@@ -55,14 +55,14 @@ struct WindowRoom : ListRoom, PlaylistWindowHost, FindHost, QuickSearchHost {
     return true;
   }
   void SaveAs() override { Log("save as"); }
-  void AddFilesOrFolders(const std::vector<std::string>& files) override {
-    for (const std::string& file : files) Log("drop " + file);
+  void AddFilesOrFolders(const std::vector<std::string>& paths) override {
+    for (const std::string& file : paths) Log("drop " + file);
   }
   void AddFileToList(const std::string& address) override { Log("add " + address); }
   void AddFolderToList(const std::string& folder) override { Log("folder " + folder); }
   void ShowQuickSearch() override { Log("quick search"); }
-  void CopyFiles(const std::vector<std::string>& files) override {
-    for (const std::string& file : files) Log("copy " + file);
+  void CopyFiles(const std::vector<std::string>& paths) override {
+    for (const std::string& file : paths) Log("copy " + file);
   }
   void UpdateFileDisp(const std::string& /*text*/) override {}
   std::string MainDisplayText() const override { return display; }

@@ -214,7 +214,7 @@ TEST(GetIconTest, KnowsAddressesAndSound) {
                                               {"/m/a.mpg", 1},
                                               {"mp3", 1},
                                               {"", 1}};
-  for (const auto& [path, icon] : rows) EXPECT_EQ(GetIcon(path), icon) << path;
+  for (const auto& [path, icon] : rows) EXPECT_EQ(MenuModel::GetIcon(path), icon) << path;
 }
 
 // What the menu promises as accelerator, the keyboard keeps.

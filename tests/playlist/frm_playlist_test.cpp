@@ -1,0 +1,281 @@
+// The playlist window under the user's hands: keys, mouse, drops, what it remembers, how it ends.
+#include "playlist/playlist_commands.h"
+#include "playlist/playlist_window.h"
+#include "system/text_platform_qt.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDropEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QMimeData>
+#include <QTest>
+
+#include <gtest/gtest.h>
+#include <set>
+
+namespace kv {
+namespace {
+
+using Texts = std::vector<std::string>;
+using Rows = std::vector<int>;
+
+class PlaylistWindowTest : public testing::Test {
+ protected:
+  void OpenLetters() {
+    room.OpenWith({"/m/c.mp3", "/m/a.mp3", "/m/b.mp3", "/m/d.mp3"});
+    ASSERT_TRUE(QTest::qWaitForWindowActive(room.form_window.data()));
+  }
+  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(&room.View(), key, modifiers);
+  }
+  Rows SelectedInView() {
+    std::set<int> rows;
+    for (const QModelIndex& index : room.View().selectionModel()->selectedRows()) {
+      rows.insert(index.row() + 1);
+    }
+    return {rows.begin(), rows.end()};
+  }
+
+  WindowRoom room;
+};
+
+TEST(PlaylistCommandsTest, EveryKeyIsAKeyOfItsOwn) {
+  std::set<QString> seen;
+  for (const ListKey& key : kListKeys) {
+    const QKeySequence keys(ToQString(key.keys), QKeySequence::PortableText);
+    EXPECT_EQ(keys.toString(QKeySequence::PortableText), ToQString(key.keys));
+    EXPECT_TRUE(seen.insert(keys.toString()).second) << key.keys;
+  }
+}
+
+TEST_F(PlaylistWindowTest, KeysDoWhatTheTableSays) {
+  OpenLetters();
+  Key(Qt::Key_Home);
+  EXPECT_EQ(room.rows.SelectedRows(), Rows{1});
+  Key(Qt::Key_D);  // no search by typing
+  EXPECT_EQ(room.rows.SelectedRows(), Rows{1});
+  Key(Qt::Key_Down, Qt::AltModifier);
+  EXPECT_EQ(room.Items(), (Texts{"/m/a.mp3", "/m/c.mp3", "/m/b.mp3", "/m/d.mp3"}));
+  EXPECT_EQ(SelectedInView(), Rows{2});
+  Key(Qt::Key_Return);
+  Key(Qt::Key_O, Qt::ControlModifier);
+  Key(Qt::Key_S, Qt::ControlModifier);
+  Key(Qt::Key_C, Qt::ControlModifier);
+  Key(Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_EQ(room.log, (Texts{"play 2", "open", "save as", "copy /m/c.mp3", "quick search"}));
+  Key(Qt::Key_Delete);
+  Key(Qt::Key_Delete);  // walks down the list
+  EXPECT_EQ(room.Items(), (Texts{"/m/a.mp3", "/m/d.mp3"}));
+  Key(Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(SelectedInView(), (Rows{1, 2}));
+  Key(Qt::Key_Delete, Qt::ShiftModifier);
+  EXPECT_EQ(room.list.Count(), 0);
+  Key(Qt::Key_Return);  // nothing to play
+  EXPECT_EQ(room.log.size(), 5U);
+}
+
+TEST_F(PlaylistWindowTest, SelectionIsOneInRowsAndView) {
+  OpenLetters();
+  PlaylistView& view = room.View();
+  const auto click = [&](int row, Qt::KeyboardModifiers modifiers) {
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, modifiers,
+                      view.visualRect(view.model()->index(row - 1, 1)).center());
+  };
+  click(2, {});
+  click(4, Qt::ControlModifier);
+  EXPECT_EQ(room.rows.SelectedRows(), (Rows{2, 4}));
+  EXPECT_EQ(room.form.ClickedRow, 4);
+  click(3, {});
+  EXPECT_EQ(room.rows.SelectedRows(), Rows{3});
+  EXPECT_EQ(room.form.SearchRow, 4);
+  room.rows.SelectOnly(1);
+  EXPECT_EQ(SelectedInView(), Rows{1});
+  EXPECT_EQ(view.SelectedRow(), 1);
+  room.order.SList();
+  EXPECT_EQ(SelectedInView(), room.rows.SelectedRows());
+  room.rows.SelectRange(2, 3, true);
+  room.order.RemoveSel(false);
+  EXPECT_EQ(view.model()->rowCount(), 2);
+  EXPECT_EQ(SelectedInView(), room.rows.SelectedRows());
+}
+
+TEST_F(PlaylistWindowTest, HeaderSortsAndDoubleClickPlays) {
+  OpenLetters();
+  PlaylistView& view = room.View();
+  QHeaderView* const header = view.horizontalHeader();
+  QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                    QPoint(header->sectionViewportPosition(1) + 40, 8));
+  EXPECT_EQ(room.Items().front(), "/m/a.mp3");
+  const QPoint third = view.visualRect(view.model()->index(2, 1)).center();
+  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, third);
+  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, third);
+  EXPECT_EQ(room.log, Texts{"play 3"});
+}
+
+TEST_F(PlaylistWindowTest, MarksThePlayingRowAndShowsTheDisplay) {
+  OpenLetters();
+  room.settings.PlaylistIndex = 3;
+  room.display = "some title";
+  room.time.Advance(100);
+  const QAbstractItemModel& model = *room.View().model();
+  const auto playing = [&](int row) {
+    return model.index(row - 1, 0).data(RowsModel::kPlayingRole).toBool();
+  };
+  EXPECT_TRUE(playing(3));
+  EXPECT_EQ(room.form_window->findChild<TextLine*>(QStringLiteral("Panel2"))->Text(), "some title");
+  EXPECT_EQ(room.form_window->findChild<TextLine*>(QStringLiteral("Panel1"))->Text(),
+            "4 items in list.");
+  room.settings.PlaylistIndex = 1;
+  room.time.Advance(100);
+  EXPECT_TRUE(playing(1));
+  EXPECT_FALSE(playing(3));
+  room.form_window->hide();
+  EXPECT_EQ(room.time.ActiveTimers(), 0);
+}
+
+TEST_F(PlaylistWindowTest, RemembersWhereItWasAndItsColumns) {
+  room.settings.PlaylistColumnWidth.fill(1500);
+  room.settings.PlaylistColumnPosition = {12, 1, 1, -5, 7, 7, 7, 8, 9, 10, 11, 2};  // no order
+  room.settings.PlaylistWidth = 15 * 500;
+  room.settings.PlaylistHeight = 15 * 300;
+  room.settings.PlaylistLeft = -15 * 9000;
+  OpenLetters();
+  const QHeaderView& header = *room.View().horizontalHeader();
+  EXPECT_EQ(header.visualIndex(3), 0);
+  EXPECT_EQ(header.visualIndex(1), 1);
+  EXPECT_EQ(header.visualIndex(0), 11);
+  EXPECT_EQ(header.sectionSize(5), 100);
+  EXPECT_EQ(room.form_window->size(), QSize(500, 300));
+  EXPECT_GE(room.form_window->x(), 0);
+  room.form_window->resize(600, 320);
+  room.View().horizontalHeader()->resizeSection(5, 77);
+  room.time.Advance(1000);
+  EXPECT_EQ(room.settings.PlaylistWidth, 15 * 600);
+  EXPECT_EQ(room.settings.PlaylistColumnWidth[5], 15 * 77);
+  EXPECT_EQ(room.settings.PlaylistColumnPosition[0], 12);
+  room.form_window->showMaximized();
+  room.time.Advance(1000);
+  EXPECT_EQ(room.settings.PlaylistWidth, 15 * 600);
+}
+
+TEST_F(PlaylistWindowTest, ClosedByTheUserItStaysClosed) {
+  OpenLetters();
+  Key(Qt::Key_Escape);
+  room.Process();
+  EXPECT_EQ(room.form_window, nullptr);
+  EXPECT_FALSE(IsOn(room.settings.PlaylistVisible));
+  EXPECT_FALSE(room.session.PlaylistWindowLoaded);
+  EXPECT_EQ(room.rows.RowCount(), 0);
+  room.Open();
+  EXPECT_EQ(room.rows.RowCount(), 4);
+  room.form_window->Form_Unload(false);
+  EXPECT_TRUE(IsOn(room.settings.PlaylistVisible));
+}
+
+TEST_F(PlaylistWindowTest, ClosedInTheMiddleOfAWalkItGoesWhenTheWalkIsOver) {
+  OpenLetters();
+  room.dialogs.WillPickFolder("/music");
+  bool there = false;
+  room.on_call = [&] {
+    EXPECT_TRUE(room.session.ScanWindowOpen);
+    room.form_window->Form_Unload(true);
+    room.Process();
+    there = room.form_window != nullptr;
+    EXPECT_TRUE(room.session.ScanAbort);
+    room.list.add("/m/e.mp3");
+  };
+  room.form_window->Run(ListCommand::kAdd);
+  EXPECT_TRUE(there);
+  EXPECT_FALSE(room.session.ScanWindowOpen);
+  EXPECT_FALSE(room.session.ScanAbort);
+  room.Process();
+  EXPECT_EQ(room.form_window, nullptr);
+}
+
+TEST_F(PlaylistWindowTest, AddsAFolderAndBeginsThereNextTime) {
+  OpenLetters();
+  room.dialogs.WillPickFolder("");
+  room.form_window->Run(ListCommand::kAdd);
+  EXPECT_TRUE(room.log.empty());
+  room.dialogs.WillPickFolder("/some music");
+  room.on_call = [&] {
+    room.form_window->OpenScanWindow()->ShowPath("/some music/a.mp3");
+    auto* const window = room.form_window->findChild<frmScanning*>();
+    QTest::keyClick(window, Qt::Key_Escape);
+    EXPECT_TRUE(room.session.ScanAbort);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(room.rows.Status(), "Adding files...");
+  };
+  room.form_window->Run(ListCommand::kAdd);
+  EXPECT_EQ(room.log, Texts{"folder /some music"});
+  EXPECT_EQ(room.rows.Status(), "4 items in list.");
+  room.dialogs.WillPickFolder("");
+  room.form_window->Run(ListCommand::kAdd);
+  EXPECT_EQ(room.dialogs.FolderStarts(), (Texts{"", "", "/some music"}));
+}
+
+TEST_F(PlaylistWindowTest, TakesDroppedFilesByteForByteAndTexts) {
+  OpenLetters();
+  const auto drop = [&](const char* format, const QByteArray& bytes) {
+    QMimeData data;
+    data.setData(QString::fromLatin1(format), bytes);
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(room.View().viewport(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent event(QPointF(5, 5), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    event.setDropAction(Qt::MoveAction);
+    QApplication::sendEvent(room.View().viewport(), &event);
+    EXPECT_EQ(event.dropAction(), Qt::CopyAction);
+    room.Process();
+  };
+  drop("text/uri-list", "file:///m/a%20%FF.mp3\r\nfile:///m/b.mp3\r\n");
+  drop("text/plain", "http://host/live.mp3\n");
+  EXPECT_EQ(room.log, (Texts{"drop /m/a \xFF.mp3", "drop /m/b.mp3", "add http://host/live.mp3"}));
+  EXPECT_EQ(room.rows.Status(), "4 items in list.");
+}
+
+TEST_F(PlaylistWindowTest, MenuOffersWhatCanBeDone) {
+  const std::string folder = room.temp.Path("");
+  room.OpenWith({folder + "a.mp3", "/nowhere/b.mp3"});
+  auto* const menu = room.form_window->findChild<QMenu*>(QStringLiteral("mnu"));
+  const auto entry = [&](const char* name) {
+    return room.form_window->findChild<QAction*>(QString::fromLatin1(name));
+  };
+  Q_EMIT room.View().MenuWanted(QPoint());
+  EXPECT_TRUE(entry("mnuFind")->isEnabled());
+  EXPECT_FALSE(entry("mnuCopyFileName")->isEnabled());
+  menu->close();
+  room.rows.SelectOnly(2);
+  Q_EMIT room.View().MenuWanted(QPoint());
+  EXPECT_TRUE(entry("mnuCopyFileName")->isEnabled());
+  entry("mnuCopyFileName")->trigger();
+  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("/nowhere/b.mp3"));
+  entry("mnuOpenSourceFolder")->trigger();
+  EXPECT_TRUE(room.services.opened.empty());
+  room.rows.SelectOnly(1);
+  entry("mnuOpenSourceFolder")->trigger();
+  ASSERT_EQ(room.services.opened.size(), 1U);
+  EXPECT_EQ(room.services.opened[0].file, folder);
+}
+
+TEST_F(PlaylistWindowTest, ButtonsFollowTheSettingsAndBack) {
+  room.settings.AutoNext = FromBool(true);
+  OpenLetters();
+  auto* const button = room.form_window->findChild<QAction*>(QStringLiteral("autonext"));
+  auto* const details = room.form_window->findChild<QAction*>(QStringLiteral("showdetails"));
+  EXPECT_TRUE(button->isChecked());
+  button->trigger();
+  EXPECT_FALSE(IsOn(room.settings.AutoNext));
+  room.settings.AutoNext = FromBool(true);
+  room.time.Advance(100);
+  EXPECT_TRUE(button->isChecked());
+  details->trigger();
+  room.Run(20);
+  EXPECT_EQ(room.View().model()->index(0, 6).data().toString(), QStringLiteral("T/m/c.mp3"));
+  details->trigger();
+  EXPECT_EQ(room.View().model()->index(0, 6).data().toString(), QString());
+}
+
+}  // namespace
+}  // namespace kv
