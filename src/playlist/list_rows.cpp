@@ -311,6 +311,7 @@ void ListRows::Exchange(int upper) {
   std::swap(a->icon, b->icon);
   // The lower one had no details yet and would be passed over in its new place.
   if (form_.DetailsCursor == upper) form_.DetailsCursor = upper - 1;
+  observer_->RowsChanged(upper, upper + 1);
 }
 
 void ListRows::TakeOnForRemoval(const std::vector<int>& rows) {

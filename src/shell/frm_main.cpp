@@ -57,14 +57,17 @@ frmMain::frmMain(const ProgramParts& parts)
       dialogs_(this),
       shell_(dialogs_),
       windows_(parts.pump),
+      docking_(parts.time),
       timers_(parts.time, [this](MainTimer timer) { OnTimer(timer); }),
       Movie_(parts.engine, parts.pump),
       view_(*this, parts.engine.Video().Surfaces(), parts.pump, ArtFrom(parts.folder)),
       models_(view_.Models()),
+      cpu_graph_(parts.time, view_.Panel().BottonPanel()),
       playlist_(*this, {Movie_, settings_, session_, dialogs_, parts.pump,
                         timers_[MainTimer::PlayFromPlaylist], parts.text, parts.folder}),
       list_windows_(*this, {*this, playlist_, settings_, session_, dialogs_, playlist_.Store(),
-                            shell_, parts.time, parts.pump, parts.text, ArtFrom(parts.folder)}),
+                            shell_, parts.time, parts.pump, parts.text, ArtFrom(parts.folder),
+                            [this](QWidget& window) { Adopt(window); }}),
       time_display_(Movie_, settings_, parts.text, view_),
       sliders_(models_, Movie_, settings_, session_, time_display_, parts.text, view_, *this),
       status_(view_, Movie_, dialogs_, parts.pump, timers_[MainTimer::tmrCheckBuffering],
@@ -102,6 +105,7 @@ frmMain::frmMain(const ProgramParts& parts)
   Movie_.SetEvents(&movie_events_);
   menu_.SetOnClick([this](int id) { commands_.MENU_Click(id); });
   view_.on_tray_tip = [this](const std::string& text) { screen_.Tray().SetTip(text); };
+  view_.Panel().SetGraph(cpu_graph_.Chart());
   ConnectPanel();
   parts_.engine.Video().SetFirstPictureListener([this] { parts_.trace.Write("first-frame"); });
   connect(&trace_timer_, &QTimer::timeout, this, [this] { TracePosition(); });
@@ -217,6 +221,7 @@ void frmMain::RefreshColors() {
   view_.ApplyColors(settings_.Colors);
   menu_.ApplyColors(settings_.Colors);
   list_windows_.UpdateColors();
+  cpu_graph_.SetColors(settings_.Colors);
 }
 
 void frmMain::OnTimer(MainTimer timer) {
@@ -334,6 +339,18 @@ void frmMain::keyReleaseEvent(QKeyEvent* event) {
   wheel_.KeyUp(code);
   keys_.Form_KeyUp(code);
   QWidget::keyReleaseEvent(event);
+}
+
+// The wheel over another window of the program, where nothing there has a use for it.
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::Wheel || watched == this) return QWidget::eventFilter(watched, event);
+  wheelEvent(static_cast<QWheelEvent*>(event));
+  return true;
+}
+
+void frmMain::Adopt(QWidget& window) {
+  window.installEventFilter(this);
+  if (!parts_.start_up.IsDebugMode()) docking_.DockWindow(window);
 }
 
 void frmMain::mousePressEvent(QMouseEvent* event) {

@@ -8,6 +8,7 @@
 #include "engine/dshow_control.h"
 #include "engine/mpv_engine.h"
 #include "playlist/tag_readers_taglib.h"
+#include "shell/cpu_graph.h"
 #include "shell/form_life.h"
 #include "shell/forms.h"
 #include "shell/hand_over.h"
@@ -32,6 +33,7 @@
 #include "state/settings.h"
 #include "system/app_folder.h"
 #include "system/dialogs_qt.h"
+#include "system/docking_qt.h"
 #include "system/shell_services_qt.h"
 #include "system/text_platform.h"
 #include "system/window_services_qt.h"
@@ -107,6 +109,7 @@ class frmMain : public QWidget,
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void ConnectPanel();
@@ -121,6 +124,7 @@ class frmMain : public QWidget,
   void LoadIcons();
   void SetMeterStyle(int style);
   void StartWheelHook();
+  void Adopt(QWidget& window);
   void DockWindow();
   void UndockWindow();
 
@@ -267,11 +271,13 @@ class frmMain : public QWidget,
   DialogsQt dialogs_;
   ShellServicesQt shell_;
   WindowServicesQt windows_;
+  Docking docking_;
   TagLibReaders readers_;
   MainTimers timers_;
   clsDShowControl Movie_;
   MainView view_;
   SliderModels models_;
+  CpuGraph cpu_graph_;
 
   PlaylistRoom playlist_;
   ListWindows list_windows_;

@@ -213,8 +213,15 @@ void frmMain::SetVumeterVisible() {}
 void frmMain::SetMeterSampleRate(int /*hertz*/) {}
 void frmMain::UpdateMeterWindow() {}
 void frmMain::UpdateMainMeter() {}
-void frmMain::AdjustView() {}
-void frmMain::UpdateTrendChart() {}
+void frmMain::AdjustView() {
+  if (State() != WindowState::kMinimised) {
+    cpu_graph_.SetVisible(IsOn(settings_.CpuGraph));
+    view_.Panel().SetGraphVisible(IsOn(settings_.CpuGraph));
+  }
+}
+void frmMain::UpdateTrendChart() {
+  cpu_graph_.UpdateTrendChart(settings_);
+}
 bool frmMain::StopMeter() {
   return false;
 }
@@ -236,8 +243,12 @@ bool frmMain::FlipDemoTimer() {
 // --- Hooks of the desktop; the wheel comes by the toolkit's own event
 
 void frmMain::StartWheelHook() {}
-void frmMain::DockWindow() {}
-void frmMain::UndockWindow() {}
+void frmMain::DockWindow() {
+  docking_.DockWindow(*this);
+}
+void frmMain::UndockWindow() {
+  docking_.UndockWindow(*this);
+}
 void frmMain::StopWheelHook() {}
 
 }  // namespace kv

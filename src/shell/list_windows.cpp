@@ -46,6 +46,7 @@ void ListWindows::ShowPlaylist() {
       {parts_.room.Playlist(), rows_, order_, search_, details_, parts_.settings, parts_.session,
        parts_.dialogs, parts_.registry, parts_.services, parts_.timers, parts_.pump, parts_.art},
       &parts_.form);
+  parts_.adopt(*playlist_);
   playlist_->Form_Load();
 }
 
@@ -65,6 +66,7 @@ void ListWindows::ShowQuickSearch() {
   }
   const QPalette colors = PaletteOf(LookFrom(parts_.settings.Colors, QApplication::palette()));
   quick_search_ = new frmQuickSearch(quick_, parts_.timers, colors, &parts_.form);
+  parts_.adopt(*quick_search_);
   quick_search_->Form_Load();
 }
 

@@ -52,6 +52,8 @@ class ListWindows : private PlaylistWindowHost,
     MessagePump& pump;
     const TextPlatform& text;
     std::function<QString(const char* name)> art;
+    // Takes a new window among those of the program, which snap and hand the wheel on.
+    std::function<void(QWidget& window)> adopt;
   };
 
   ListWindows(ListWindowsHost& host, const Parts& parts);

@@ -159,6 +159,8 @@ void MainPanel::MakeSmallSliders(MessagePump& pump) {
 void MainPanel::MakeButtons() {
   bottom_ = new QWidget(this);
   bottom_->installEventFilter(this);
+  line3d1_ = new line3d(bottom_);
+  line3d1_->hide();
   for (const ButtonPlace& place : kButtonPlaces) {
     auto* button = new SmartButton(bottom_);
     button->SetLabel(tr(place.label));
@@ -215,6 +217,22 @@ void MainPanel::LayOut() {
     button.setGeometry(x, (kBottomHeight - size.height()) / 2, size.width(), size.height());
     x += size.width();
   }
+  constexpr int kGraphMargin = 3;
+  line3d1_->setGeometry(x + kGraphMargin, kGraphMargin, kLineHeight,
+                        kBottomHeight - 2 * kGraphMargin);
+  if (graph_ == nullptr) return;
+  const int left = x + 3 * kGraphMargin;
+  graph_->setGeometry(left, kGraphMargin, std::max(0, width - left - kGraphMargin),
+                      kBottomHeight - 2 * kGraphMargin);
+}
+
+void MainPanel::SetGraph(QWidget& graph) {
+  graph_ = &graph;
+  LayOut();
+}
+
+void MainPanel::SetGraphVisible(bool visible) {
+  line3d1_->setVisible(visible);
 }
 
 void MainPanel::SetDisp(int index, const QString& text) {
@@ -299,6 +317,7 @@ void MainPanel::ApplyColors(const std::array<std::int32_t, kColorSlots>& colors)
   Paint(disp_[0], slot(kDisplayBack), slot(kDisplayCounter));
   for (SmartButton* button : buttons_) button->SetColors(slot(kButtonBack), slot(kGeneralText));
   for (line3d* line : sLine_) line->SetColors(slot(kSeparator1), slot(kSeparator2));
+  line3d1_->SetColors(slot(kSeparator1), slot(kSeparator2));
   for (Scroller* slider : sliders_) {
     slider->Model().SetBackColor(colors[kScrollerBack]);
     slider->Model().SetCenterLineColor(colors[kScrollerLine]);

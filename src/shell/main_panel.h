@@ -52,6 +52,12 @@ class MainPanel : public QWidget {
   void SetDispPointer(int index, bool hand);
   void SetSliderLabel(SliderKind kind, const QString& text);
 
+  // The strip of buttons, as the parent of the graph that stands to their right.
+  QWidget& BottonPanel() { return *bottom_; }
+  void SetGraph(QWidget& graph);
+  // Shows or hides the line in front of the graph.
+  void SetGraphVisible(bool visible);
+
   // `ic_https` and `picKVR`; an empty name hides the connection.
   void ShowConnection(const char* drawing);
   void ShowResumeMark(bool visible);
@@ -90,6 +96,8 @@ class MainPanel : public QWidget {
   std::array<QLabel*, 4> slider_labels_{};
   std::array<SmartButton*, kButtons> buttons_{};
   std::array<line3d*, 3> sLine_{};
+  line3d* line3d1_ = nullptr;  // in front of the graph
+  QWidget* graph_ = nullptr;   // `TrendChart1`
   QWidget* display_ = nullptr;
   QWidget* small_controls_ = nullptr;  // `PicSControls`
   QWidget* bottom_ = nullptr;          // `BottonPanel`

@@ -10,6 +10,7 @@
 #include <QUrl>
 
 #include <string_view>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -22,6 +23,10 @@ bool IsFetchable(const QUrl& url) {
          (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https"));
 }
 
+bool IsName(const std::string& path) {
+  return !path.empty() && path.find('\0') == std::string::npos;
+}
+
 // One answer on its way into a file. Knows nothing of DownloadQt, which may go away meanwhile.
 class Fetch {
  public:
@@ -29,14 +34,6 @@ class Fetch {
       : reply_(reply), file_(file), most_bytes_(most_bytes) {
     QObject::connect(reply, &QNetworkReply::readyRead, &loop_, [this] { Read(); });
     QObject::connect(reply, &QNetworkReply::finished, &loop_, [this] { Finish(); });
-    QObject::connect(reply, &QNetworkReply::redirected, &loop_, [this](const QUrl& url) {
-      // Versions of the toolkit differ in the schemes that they would follow.
-      if (IsFetchable(url)) {
-        Q_EMIT reply_->redirectAllowed();
-      } else {
-        reply_->abort();
-      }
-    });
   }
   Fetch(const Fetch&) = delete;
   Fetch& operator=(const Fetch&) = delete;
@@ -95,27 +92,50 @@ DownloadQt::~DownloadQt() {
   Abort();
 }
 
-QNetworkReply* DownloadQt::Request(const QUrl& url) {
+QNetworkReply* DownloadQt::Request(QNetworkRequest& request) {
   if (!manager_) manager_ = std::make_unique<QNetworkAccessManager>();
-  QNetworkRequest request(url);
   request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                        QNetworkRequest::UserVerifiedRedirectPolicy);
   request.setMaximumRedirectsAllowed(kMostRedirections);
   request.setTransferTimeout(limits_.idle_milliseconds);
   QNetworkReply* reply = manager_->get(request);
   reply->setReadBufferSize(kReadBuffer);
+  QObject::connect(reply, &QNetworkReply::redirected, reply, [reply](const QUrl& url) {
+    // Versions of the toolkit differ in the schemes that they would follow.
+    if (IsFetchable(url)) {
+      Q_EMIT reply->redirectAllowed();
+    } else {
+      reply->abort();
+    }
+  });
   return reply;
 }
 
 bool DownloadQt::Get_File(const std::string& url, const std::string& local_name) {
   const QUrl address(QString::fromStdString(url));
   if (!IsFetchable(address)) return false;
-  if (local_name.empty() || local_name.find('\0') != std::string::npos) return false;
+  if (!IsName(local_name)) return false;
   TemporaryFile file(local_name.substr(0, local_name.rfind('/') + 1));
   if (!file.IsOpen()) return false;
-  Fetch fetch(Request(address), file, limits_.bytes);
+  QNetworkRequest request(address);
+  Fetch fetch(Request(request), file, limits_.bytes);
   // Behind the wait this object may be gone.
   return fetch.Wait() && file.Finish() && file.ReplaceTo(local_name);
+}
+
+std::unique_ptr<FileFetch> DownloadQt::Download_To(const std::string& url,
+                                                   const std::string& target,
+                                                   FileFetch::Events events) {
+  const QUrl address(QString::fromStdString(url));
+  QNetworkReply* reply = nullptr;
+  if (IsFetchable(address) && IsName(target)) {
+    QNetworkRequest request(address);
+    request.setRawHeader("Accept-Encoding", "identity");
+    // Only a connection of its own is held back by what waits for the disk.
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    reply = Request(request);
+  }
+  return std::make_unique<FileFetch>(reply, target, std::move(events));
 }
 
 void DownloadQt::Abort() {

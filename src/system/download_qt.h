@@ -5,6 +5,7 @@
 #pragma once
 
 #include "system/download.h"
+#include "system/file_fetch_qt.h"
 
 #include <QtGlobal>
 
@@ -13,7 +14,7 @@
 
 class QNetworkAccessManager;
 class QNetworkReply;
-class QUrl;
+class QNetworkRequest;
 
 namespace kv {
 
@@ -34,11 +35,17 @@ class DownloadQt : public Download {
   // begin inside the pump of another; the outer one returns when the inner one has.
   bool Get_File(const std::string& url, const std::string& local_name) override;
 
+  // Fetches `url` into the file `target` beside everything else, whatever its length; see there.
+  // The answer comes as it was stored, never unpacked on the way. What is missing to begin makes it
+  // fail.
+  std::unique_ptr<FileFetch> Download_To(const std::string& url, const std::string& target,
+                                         FileFetch::Events events);
+
   // Every fetch that is running fails.
   void Abort();
 
  private:
-  QNetworkReply* Request(const QUrl& url);
+  QNetworkReply* Request(QNetworkRequest& request);
 
   Limits limits_;
   std::unique_ptr<QNetworkAccessManager> manager_;

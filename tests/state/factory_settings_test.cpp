@@ -1,4 +1,6 @@
 // The factory files as they are installed: whole, in range, and legible.
+#include "state/color_file.h"
+#include "state/color_slots.h"
 #include "state/settings_file.h"
 #include "system/files.h"
 
@@ -10,6 +12,9 @@
 
 namespace kv {
 namespace {
+
+const char* const kSchemes[] = {"default",  "Daylight", "High contrast",
+                                "Fireside", "Moorland", "Nightfall"};
 
 double Luminance(std::int32_t color) {
   const auto channel = [color](int shift) {
@@ -40,41 +45,50 @@ TEST(FactorySettings, AreWholeAndAgreeWithTheDefaultScheme) {
 
   std::string scheme;
   ASSERT_TRUE(ReadWholeFile(KV_DATA_FOLDER "/colorscemes/default.dat", 1000, scheme));
-  EXPECT_EQ(scheme.size(), 132U);
   EXPECT_NE(SettingsToBytes(settings).find(scheme), std::string::npos);
 }
 
 TEST(FactorySettings, ColoursAreLegible) {
-  Settings settings;
-  ASSERT_TRUE(ReadSettings(KV_DATA_FOLDER "/config.dat", settings));
+  using enum ColorSlot;
   const struct {
-    std::size_t front, back;
+    ColorSlot front, back;
     double ratio;
   } pairs[] = {
-      // texts
-      {4, 1, 4.5},
-      {4, 0, 4.5},
-      {3, 2, 4.5},
-      {7, 2, 4.5},
-      {14, 13, 4.5},
-      {21, 17, 4.5},
-      {23, 22, 4.5},
-      {27, 22, 4.5},
-      {28, 22, 4.5},
-      {29, 22, 4.5},
-      // lines and traces
-      {9, 8, 3},
-      {18, 8, 3},
-      {18, 9, 2},
-      {19, 13, 3},
-      {25, 24, 3},
-      {26, 24, 3},
-      {31, 30, 3},
-      {31, 32, 3},
+      // texts: WCAG 2, level AA
+      {kGeneralText, kGeneralBack, 4.5},
+      {kGeneralText, kButtonBack, 4.5},
+      {kPlaylistText, kPlaylistBack, 4.5},
+      {kPlaylistPlaying, kPlaylistBack, 4.5},
+      {kMenuText, kMenuBack, 4.5},
+      {kMenuHighlightText, kMenuHighlight, 4.5},
+      {kDisplayText, kDisplayBack, 4.5},
+      {kFlashText, kDisplayBack, 4.5},
+      {kFlashOn, kDisplayBack, 4.5},
+      {kDisplayNumber, kDisplayBack, 4.5},
+      // lines, traces, what has the focus
+      {kScrollerLine, kScrollerBack, 3},
+      {kScrollerRange, kScrollerBack, 3},
+      {kScrollerRange, kScrollerLine, 2},
+      {kMenuHighlightBorder, kMenuBack, 3},
+      {kMenuHighlightBorder, kGeneralBack, 3},
+      {kMenuHighlightBorder, kPlaylistBack, 3},
+      {kMeterText, kMeterBack, 3},
+      {kMeterPeak, kMeterBack, 3},
+      {kGraphTrace, kGraphBack, 3},
+      {kGraphTrace, kGraphGrid, 3},
   };
-  for (const auto& pair : pairs) {
-    EXPECT_GE(Contrast(settings.Colors.at(pair.front), settings.Colors.at(pair.back)), pair.ratio)
-        << "slot " << pair.front << " on slot " << pair.back;
+  for (const char* const name : kSchemes) {
+    std::string bytes;
+    const std::string path = std::string(KV_DATA_FOLDER "/colorscemes/") + name + ".dat";
+    ASSERT_TRUE(ReadWholeFile(path, 1000, bytes)) << path;
+    EXPECT_EQ(bytes.size(), 132U) << name;
+    ColorTable colors{};
+    ASSERT_TRUE(ReadColorFile(path, colors));
+    for (const auto& pair : pairs) {
+      EXPECT_GE(Contrast(ColorOf(colors, pair.front), ColorOf(colors, pair.back)), pair.ratio)
+          << name << ": slot " << static_cast<int>(pair.front) << " on slot "
+          << static_cast<int>(pair.back);
+    }
   }
 }
 

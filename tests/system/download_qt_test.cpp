@@ -5,6 +5,7 @@
 #include "support/temp_folder.h"
 
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QProcess>
 #include <QSslCertificate>
 #include <QSslKey>
@@ -13,11 +14,13 @@
 #include <QTimer>
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <sys/stat.h>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -135,6 +138,107 @@ TEST_F(DownloadQtTest, AFetchCanBeginInsideAnother) {
     EXPECT_EQ(temp.Read("inner"), outer_is_slower ? "slow list" : "a much slower list");
     EXPECT_EQ(temp.Read("outer"), outer_is_slower ? "a much slower list" : "slow list");
   }
+}
+
+// Runs the loop until a streaming fetch is done; false when it failed.
+bool WaitFor(const std::function<std::unique_ptr<FileFetch>(FileFetch::Events)>& begin,
+             std::int64_t& received, std::int64_t& total) {
+  QEventLoop loop;
+  bool good = false;
+  received = total = 0;
+  const std::unique_ptr<FileFetch> fetch = begin({.progress =
+                                                      [&](std::int64_t got, std::int64_t told) {
+                                                        EXPECT_GT(got, received);
+                                                        received = got;
+                                                        total = told;
+                                                      },
+                                                  .done =
+                                                      [&](bool complete) {
+                                                        good = complete;
+                                                        loop.quit();
+                                                      }});
+  loop.exec();
+  return good;
+}
+
+TEST_F(DownloadQtTest, StreamsWithoutBoundAndAllOrNothing) {
+  const QByteArray big(3000000, 'b');
+  const struct {
+    const char* what;
+    HttpAnswer answer;
+    bool good;
+  } rows[] = {
+      {"longer than a playlist may be", {.body = big}, true},
+      {"in many pieces", {.body = big, .bytes_a_tick = 300000}, true},
+      {"empty", {.body = ""}, true},
+      {"cut off", {.body = big, .cut_after = 2000000}, false},
+      {"not there", {.body = "an error page", .status = 404}, false},
+      {"redirected into a file", {.status = 302, .location = "file:///etc/passwd"}, false},
+      {"never answers", {.mute = true}, false},
+  };
+  std::int64_t received = 0;
+  std::int64_t total = 0;
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    const std::string url = server.Serve("/film", row.answer);
+    const std::string target = temp.Write("local\xFF", "old");
+    ASSERT_EQ(chmod(target.c_str(), 0640), 0);
+    const bool good = WaitFor(
+        [&](FileFetch::Events events) {
+          return download.Download_To(url, target, std::move(events));
+        },
+        received, total);
+    EXPECT_EQ(good, row.good);
+    EXPECT_EQ(temp.Read("local\xFF"), row.good ? row.answer.body.toStdString() : "old");
+    EXPECT_EQ(temp.Entries(), 1);
+    struct stat status {};
+    ASSERT_EQ(stat(target.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0640U);
+    if (row.good) {
+      EXPECT_EQ(received, row.answer.body.size());
+      EXPECT_EQ(total, row.answer.body.size());
+    }
+  }
+  const std::string url = server.Serve("/film", {.body = big});
+  for (const std::string& target : {std::string(), temp.Path("no/folder"), temp.MakeFolder("f")}) {
+    EXPECT_FALSE(WaitFor(
+        [&](FileFetch::Events events) {
+          return download.Download_To(url, target, std::move(events));
+        },
+        received, total));
+  }
+  EXPECT_EQ(temp.Entries(), 2);
+}
+
+TEST_F(DownloadQtTest, AStreamingFetchEndsWhereverItIs) {
+  const std::string url =
+      server.Serve("/radio", {.body = QByteArray(100000, 'r'), .endless = true});
+  // Destroyed inside its own progress, nobody hears of it again.
+  std::unique_ptr<FileFetch> fetch;
+  QEventLoop loop;
+  fetch = download.Download_To(url, temp.Path("local"),
+                               {.progress =
+                                    [&](std::int64_t got, std::int64_t total) {
+                                      EXPECT_EQ(total, 0);
+                                      if (got < 300000) return;
+                                      fetch.reset();
+                                      loop.quit();
+                                    },
+                                .done = [](bool /*complete*/) { FAIL(); }});
+  loop.exec();
+  EXPECT_EQ(temp.Entries(), 0);
+
+  // Its network goes away.
+  auto doomed = std::make_unique<DownloadQt>();
+  Later([&] { doomed.reset(); });
+  std::int64_t received = 0;
+  std::int64_t total = 0;
+  EXPECT_FALSE(WaitFor(
+      [&](FileFetch::Events events) {
+        return doomed->Download_To(url, temp.Path("local"), std::move(events));
+      },
+      received, total));
+  EXPECT_EQ(temp.Entries(), 0);
 }
 
 TEST_F(DownloadQtTest, AServerThatSignedItselfIsNotBelieved) {

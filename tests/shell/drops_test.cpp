@@ -1,0 +1,186 @@
+// Drops on the main window, and the addresses that the user types.
+#include "shell/drops.h"
+
+#include "playlist/playlist_files.h"
+#include "shell/url_entry.h"
+#include "support/fake_pump.h"
+#include "support/fake_text_platform.h"
+#include "support/scripted_dialogs.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kv {
+namespace {
+
+using Files = std::vector<std::string>;
+
+struct DropsTest : testing::Test, DropsHost, ListAddingHost {
+  DropsTest() { session.SupportedExtensions = "*.mp3;*.avi"; }
+
+  void OpenFile(const std::string& path, OpenArguments arguments) override {
+    opened.push_back(path + (arguments.StartPlaying ? " plays" : "") +
+                     (arguments.KeepWindowSize ? " keeps" : ""));
+  }
+  void RefreshPlaylist() override { ++refreshed; }
+
+  ListWindow* LoadedListWindow() override { return nullptr; }
+  ScanWindow* OpenScanWindow() override { return nullptr; }
+  void OpenFile(const std::string& path) override { opened.push_back(path + " by the list"); }
+  void UpdateFileDisp(const std::string& /*text*/) override {}
+  void SetBusyPointer(bool /*busy*/) override {}
+
+  Files List() const {
+    Files items;
+    for (int i = 1; i <= list.Count(); ++i) items.push_back(list.Item(i));
+    return items;
+  }
+
+  TempFolder temp;
+  FakeTextPlatform text;
+  FakePump pump;
+  ScriptedDialogs dialogs;
+  Settings settings;
+  Session session;
+  OSTList list{text};
+  ListAdding adding{*this, list, session, dialogs, pump};
+  Drops drops{*this, adding, settings, session, dialogs};
+  Files opened;
+  int refreshed = 0;
+};
+
+TEST_F(DropsTest, OneThingIsOpenedOrAdded) {
+  const std::string film = temp.Write("film.avi", "");
+  const std::string list_file = temp.Write("list.M3U", "");
+  const std::string folder = temp.MakeFolder("songs.m3u");
+  const std::string song = temp.Write("songs.m3u/a.mp3", "");
+  const struct {
+    DropData data;
+    bool adds;
+    Files opened;
+    Files list;
+  } rows[] = {
+      {{"http://a/b", {}}, false, {"http://a/b plays keeps"}, {}},
+      {{"http://a/b", {}}, true, {"http://a/b plays keeps"}, {}},
+      {{{}, Files{film}}, false, {film + " plays"}, {}},
+      {{{}, Files{film}}, true, {}, {film}},
+      {{{}, Files{list_file}}, false, {list_file + " plays"}, {}},
+      {{{}, Files{list_file}}, true, {list_file + " plays"}, {}},
+      {{{}, Files{folder}}, false, {}, {song}},
+      {{{}, Files{folder}}, true, {}, {song}},
+      {{{}, Files{}}, false, {}, {}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << (&row - rows));
+    opened.clear();
+    list.Clear();
+    settings.DragDropAddsToPlaylist = FromBool(row.adds);
+    refreshed = 0;
+    drops.Render_OLEDragDrop(row.data);
+    EXPECT_EQ(opened, row.opened);
+    EXPECT_EQ(List(), row.list);
+    EXPECT_EQ(refreshed, 1);
+  }
+  EXPECT_TRUE(dialogs.Boxes().empty());
+  drops.Render_OLEDragDrop({});
+  EXPECT_EQ(dialogs.LastText(), "DropSource not supported, error!\nTry using OPEN URL instead.");
+  EXPECT_EQ(dialogs.Boxes()[0].icon, BoxIcon::kExclamation);
+}
+
+TEST_F(DropsTest, SeveralAreAddedWhenTheUserWantsIt) {
+  const DropData two{{}, Files{temp.Write("a.mp3", ""), temp.Write("b\xFF.mp3", "")}};
+  dialogs.WillAnswer(BoxAnswer::kCancel);
+  drops.Render_OLEDragDrop(two);
+  EXPECT_TRUE(List().empty());
+  ASSERT_EQ(dialogs.Boxes().size(), 1U);
+  EXPECT_EQ(dialogs.Boxes()[0].title, "Can't play multiple files at the same time!");
+  EXPECT_EQ(dialogs.LastText(), "Do you want to add the dropped elements to the playlist?");
+  dialogs.WillAnswer(BoxAnswer::kOk);
+  drops.Render_OLEDragDrop(two);
+  EXPECT_EQ(List(), *two.files);
+  list.Clear();
+  settings.DragDropAddsToPlaylist = FromBool(true);
+  drops.Render_OLEDragDrop(two);
+  EXPECT_EQ(List(), *two.files);
+  EXPECT_EQ(dialogs.Boxes().size(), 2U);
+
+  settings.DragDropAddsToPlaylist = FromBool(false);
+  dialogs.WillAnswer(BoxAnswer::kOk);
+  dialogs.WhileOpen([this] { session.Unloading = true; });
+  refreshed = 0;
+  drops.Render_OLEDragDrop(two);
+  EXPECT_EQ(List().size(), 2U);
+  EXPECT_EQ(refreshed, 0);
+}
+
+TEST(DropData, IsReadFromWhatDesktopsOffer) {
+  using Text = std::optional<std::string_view>;
+  const struct {
+    Text uris;
+    Text text;
+    DropData data;
+  } rows[] = {
+      {{}, {}, {}},
+      {"file:///a%20b%FF.mp3\r\nfile://host/c\r\n",
+       "file:///a%20b",
+       {{}, Files{"/a b\xFF.mp3", "/c"}}},
+      {"http://a/b\r\nhttp://a/c\r\n", "a title", {"http://a/b", {}}},
+      {"http://a/b\r\nfile:///c\r\n", {}, {{}, Files{"/c"}}},
+      {"# nothing\r\n", {}, {{}, Files{}}},
+      {"", "http://a/b", {"http://a/b", Files{}}},
+      {{}, "  http://a/b%20c\nmore", {"http://a/b%20c", {}}},
+      {{}, "file:///a%20b.mp3", {"/a b.mp3", {}}},
+      {{}, "  \n", {}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << (&row - rows));
+    const DropData data =
+        ReadDropData(row.uris ? &*row.uris : nullptr, row.text ? &*row.text : nullptr);
+    EXPECT_EQ(data.text, row.data.text);
+    EXPECT_EQ(data.files, row.data.files);
+  }
+}
+
+TEST_F(DropsTest, AnAddressIsDecodedAndRemembered) {
+  const std::string store = temp.Path("store");
+  Registry registry(store);
+  UrlEntry entry(registry, session, dialogs);
+  EXPECT_EQ(entry.LastUrl(), "");
+  const std::string odd = temp.Write("a+b%20.mp3", "");
+  const struct {
+    std::string typed;
+    std::string result;
+  } rows[] = {
+      {"", ""},
+      {"   ", ""},
+      {" http://a/b%20c+d ", "http://a/b c d"},
+      {odd, odd},
+      {"/no/such+file.mp3", "/no/such file.mp3"},
+      {"file://" + temp.Path() + "a+b%2520.mp3", odd},
+      {"MMS://a/b", "MMS://a/b"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(entry.Accept(row.typed), row.result);
+    if (row.result.empty()) continue;
+    EXPECT_EQ(entry.LastUrl(), row.result);
+  }
+  EXPECT_TRUE(dialogs.Boxes().empty());
+  EXPECT_EQ(entry.Accept("notes.txt"), "");
+  EXPECT_EQ(dialogs.LastText(), "Unsupported format! You must type a path to a SUPPORTED file!");
+  EXPECT_EQ(entry.LastUrl(), "MMS://a/b");
+
+  EXPECT_EQ(entry.Accept("http://me:secret@a/b"), "http://me:secret@a/b");
+  EXPECT_EQ(entry.Accept("http://a/b c d"), "http://a/b c d");
+  EXPECT_EQ(entry.Earlier(),
+            (Files{"http://a/b c d", "http://a/b", "MMS://a/b", odd, "/no/such file.mp3"}));
+  EXPECT_EQ(temp.Read("store").find("secret"), std::string::npos);
+  for (int i = 0; i < 30; ++i) entry.Accept("http://a/" + std::to_string(i));
+  EXPECT_EQ(entry.Earlier().size(), 20U);
+  EXPECT_EQ(entry.Earlier().back(), "http://a/10");
+}
+
+}  // namespace
+}  // namespace kv

@@ -1,0 +1,208 @@
+// Colour schemes as the user makes, renames, deletes and edits them.
+#include "state/color_scheme.h"
+
+#include "state/color_editor.h"
+#include "state/color_file.h"
+#include "state/color_slots.h"
+#include "support/scripted_dialogs.h"
+#include "support/temp_folder.h"
+
+#include <cerrno>
+#include <deque>
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kv {
+namespace {
+
+std::string SchemeOf(std::int32_t color) {
+  const TempFolder temp;
+  ColorTable table{};
+  table.fill(color);
+  WriteColorFile(temp.Path("x"), table);
+  return temp.Read("x");
+}
+
+// A player with the schemes "default" and "Blue" of its own, and none of the user's.
+class Schemes : public testing::Test, public ColorEditorHost {
+ protected:
+  Schemes() {
+    temp_.Write("share/colorscemes/default.dat", SchemeOf(1));
+    temp_.Write("share/colorscemes/Blue.dat", SchemeOf(2));
+    temp_.Write("share/colorscemes/readme.txt", "no scheme");
+    schemes_.LoadColorInfo();
+  }
+
+  std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
+                                      const std::string& /*text*/) override {
+    boxes_ += prompt + title + "|";
+    if (inputs_.empty()) return {};
+    std::string answer = inputs_.front();
+    inputs_.pop_front();
+    return answer;
+  }
+  void RefreshColors() override { ++refreshes_; }
+  void SchemesChanged() override { ++lists_; }
+
+  std::string Own(const std::string& name) const {
+    return temp_.Read("home/colorscemes/" + name + ".dat");
+  }
+
+  TempFolder temp_;
+  ProgramFolder folder_{{.kestrelview_home = temp_.Path("home"),
+                         .xdg_data_home = "",
+                         .user_home = "",
+                         .executable_path = "",
+                         .data_folder = temp_.Path("share")}};
+  Settings settings_;
+  ColorSchemes schemes_{settings_, folder_};
+  ScriptedDialogs dialogs_;
+  ColorEditor editor_{*this, schemes_, settings_.Colors, dialogs_};
+  std::deque<std::string> inputs_;
+  std::string boxes_;
+  int refreshes_ = 0;
+  int lists_ = 0;
+};
+
+TEST(ColorSlots, EveryLabelledSlotOnce) {
+  std::set<ColorSlot> slots;
+  for (const ColorSlotRow& row : kColorSlotRows) slots.insert(row.slot);
+  EXPECT_EQ(slots.size(), 28U);
+  for (const int unused : {10, 11, 12, 16, 20}) {
+    EXPECT_FALSE(slots.contains(static_cast<ColorSlot>(unused)));
+  }
+}
+
+TEST_F(Schemes, AreFoundInAllFoldersTheUsersFirst) {
+  temp_.Write("home/colorscemes/Blue.dat", SchemeOf(7));
+  temp_.Write("home/colorscemes/a.b.dat", SchemeOf(8));
+  temp_.Write("home/colorscemes/\xFF.dat", SchemeOf(9));
+  EXPECT_EQ(schemes_.Names(), (std::vector<std::string>{"default", "a.b", "Blue", "\xFF"}));
+  const struct {
+    std::string setting;
+    std::int32_t color;
+  } cases[] = {{"", 1},
+               {"Blue.dat", 7},
+               {"a.b.dat", 8},
+               {"\xFF.dat", 9},
+               {"gone.dat", 55},
+               {"../x.dat", 55},
+               {"../share/default.dat", 55}};
+  temp_.Write("home/x.dat", SchemeOf(99));
+  for (const auto& each : cases) {
+    settings_.ColorScheme = each.setting;
+    settings_.Colors.fill(55);
+    schemes_.LoadColorInfo();
+    EXPECT_EQ(settings_.Colors[32], each.color) << each.setting;
+  }
+  settings_.ColorScheme = "../x.dat";
+  EXPECT_EQ(schemes_.SaveColorInfo().code, EINVAL);
+  EXPECT_EQ(temp_.Read("home/x.dat"), SchemeOf(99));
+}
+
+TEST_F(Schemes, AChangeIsSeenAndWrittenAtOnce) {
+  editor_.SelectScheme("Blue");
+  dialogs_.WillPickColor({0x112233, {}});
+  editor_.ChangeColors({ColorSlot::kMenuText});
+  EXPECT_EQ(dialogs_.ColorRequests().back(), 2);
+  dialogs_.WillPickColor({-1, {}});
+  editor_.ChangeColors({ColorSlot::kMenuText, ColorSlot::kMenuBack});
+  editor_.ChangeColors({});
+  EXPECT_EQ(refreshes_, 2);  // one for the scheme
+  ColorTable table{};
+  table.fill(2);
+  table[14] = 0x112233;
+  EXPECT_EQ(settings_.Colors, table);
+  ColorTable written{};
+  EXPECT_TRUE(ReadColorFile(temp_.Path("home/colorscemes/Blue.dat"), written));
+  EXPECT_EQ(written, table);
+  EXPECT_EQ(temp_.Read("share/colorscemes/Blue.dat"), SchemeOf(2));
+
+  // What cannot be written is still shown, and told.
+  temp_.MakeFolder("home/colorscemes/Folder.dat");
+  settings_.ColorScheme = "Folder.dat";
+  editor_.SetColor(ColorSlot::kMenuText, 5);
+  EXPECT_EQ(settings_.Colors[14], 5);
+  EXPECT_TRUE(dialogs_.LastText().ends_with("\nCode:21")) << dialogs_.LastText();
+}
+
+TEST_F(Schemes, NewRenameAndDelete) {
+  editor_.SelectScheme("Blue");
+  inputs_ = {"Mine", "My.own"};
+  editor_.NewScheme();
+  EXPECT_EQ(Own("Mine"), SchemeOf(2));
+  EXPECT_EQ(settings_.ColorScheme, "Mine.dat");
+  editor_.RenameScheme();
+  EXPECT_EQ(Own("Mine"), "");
+  EXPECT_EQ(Own("My.own"), SchemeOf(2));
+  EXPECT_EQ(settings_.ColorScheme, "My.own.dat");
+  EXPECT_EQ(boxes_, "Name:New color sceme:|Name:Rename|");
+
+  dialogs_.WillAnswer(BoxAnswer::kNo);
+  editor_.DeleteScheme();
+  EXPECT_EQ(Own("My.own"), SchemeOf(2));
+  dialogs_.WillAnswer(BoxAnswer::kYes);
+  editor_.DeleteScheme();
+  EXPECT_EQ(dialogs_.LastText(), "Delete \"My.own\" ?");
+  EXPECT_EQ(settings_.ColorScheme, "default.dat");
+  EXPECT_EQ(settings_.Colors[0], 1);
+
+  // A changed one of the program's comes back as it was.
+  editor_.SelectScheme("Blue");
+  editor_.SetColor(ColorSlot::kMenuText, 5);
+  dialogs_.WillAnswer(BoxAnswer::kYes);
+  editor_.DeleteScheme();
+  EXPECT_EQ(settings_.ColorScheme, "Blue.dat");
+  EXPECT_EQ(settings_.Colors[14], 2);
+}
+
+TEST_F(Schemes, Refusals) {
+  const std::string forbidden =
+      "ERROR! The sceme name cannot contain these characters:\n\\/:*?\"<>|";
+  const std::string own = "This scheme belongs to Kestrelview and can't be ";
+  using Action = void (ColorEditor::*)();
+  const struct {
+    const char* scheme;
+    Action action;
+    std::deque<std::string> inputs;
+    std::string text;
+  } cases[] = {
+      {"default", &ColorEditor::RenameScheme, {}, "You can't rename the Default sceme!"},
+      {"DEFAULT", &ColorEditor::DeleteScheme, {}, "You can't delete the Default sceme!"},
+      {"gone", &ColorEditor::RenameScheme, {}, "Error, file don't exist!"},
+      {"gone", &ColorEditor::DeleteScheme, {}, "Error, file don't exist!"},
+      {"gone", &ColorEditor::NewScheme, {"x"}, "Error, file don't exist!"},
+      {"Blue", &ColorEditor::NewScheme, {"a/b"}, forbidden},
+      {"Blue", &ColorEditor::RenameScheme, {"a|b"}, forbidden},
+      {"Blue", &ColorEditor::NewScheme, {"Blue"}, "ERROR! A sceme with that name already exists!"},
+      {"Blue", &ColorEditor::NewScheme, {"  "}, ""},
+      {"Blue", &ColorEditor::NewScheme, {}, ""},
+      {"Blue",
+       &ColorEditor::RenameScheme,
+       {"x"},
+       own + "renamed. New makes a copy.\nCode:" + std::to_string(EROFS)},
+      {"Blue",
+       &ColorEditor::NewScheme,
+       {std::string(300, 'x')},
+       "File name too long\nCode:" + std::to_string(ENAMETOOLONG)},
+  };
+  for (const auto& each : cases) {
+    schemes_.SetCurrent(each.scheme);
+    inputs_ = each.inputs;
+    const std::size_t before = dialogs_.Boxes().size();
+    (editor_.*each.action)();
+    EXPECT_EQ(dialogs_.Boxes().size() - before, each.text.empty() ? 0U : 1U) << each.text;
+    EXPECT_EQ(each.text.empty() ? "" : dialogs_.LastText(), each.text);
+    EXPECT_EQ(schemes_.Current(), each.scheme);
+  }
+  schemes_.SetCurrent("Blue");
+  dialogs_.WillAnswer(BoxAnswer::kYes);
+  editor_.DeleteScheme();
+  EXPECT_TRUE(dialogs_.LastText().starts_with(own + "deleted.\nCode:")) << dialogs_.LastText();
+  EXPECT_EQ(schemes_.Names(), (std::vector<std::string>{"default", "Blue"}));
+}
+
+}  // namespace
+}  // namespace kv

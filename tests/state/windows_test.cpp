@@ -1,0 +1,302 @@
+// The windows of options, colours and colour capture, by their controls.
+#include "controls/color_qt.h"
+#include "controls/scroller.h"
+#include "state/color_slots.h"
+#include "state/desktop_entry.h"
+#include "state/frm_capture.h"
+#include "state/frm_colors.h"
+#include "state/frm_settings.h"
+#include "state/mime_types_qt.h"
+#include "state/settings_file.h"
+#include "support/fake_pump.h"
+#include "support/temp_folder.h"
+#include "system/files.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QImage>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QTreeWidget>
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <random>
+#include <string>
+
+namespace kv {
+namespace {
+
+class OneTypeEach : public MimeTypes {
+ public:
+  std::vector<std::string> TypesOf(const std::string& extension) const override {
+    return {"video/" + extension};
+  }
+  std::string Comment(const std::string& type) const override { return type; }
+  void Rebuild(const std::string& /*mime_folder*/) override {}
+};
+
+class Options : public testing::Test {
+ protected:
+  void Open() {
+    form_.reset();
+    form_ = std::make_unique<frmSettings>(
+        settings_, types_, "*.mp4;*.avi;*.ts", [this] { ++icon_refreshes_; }, nullptr);
+  }
+  template <class Widget>
+  Widget& Find(std::string_view name) {
+    auto* const widget = form_->findChild<Widget*>(
+        QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+    EXPECT_NE(widget, nullptr) << name;
+    return *widget;
+  }
+  void Ok() { Find<QPushButton>("Command1").click(); }
+  std::string List() const { return temp_.Read("config/mimeapps.list"); }
+
+  TempFolder temp_;
+  OneTypeEach mime_;
+  FileTypes types_{mime_, {temp_.Path("config/"), temp_.Path("share/"), {}, "/k", ""}};
+  Settings settings_;
+  int icon_refreshes_ = 0;
+  std::unique_ptr<frmSettings> form_;
+};
+
+TEST_F(Options, EachControlStoresItsFieldAlone) {
+  for (const OptionRow& row : OptionRows()) {
+    settings_ = Settings();
+    settings_.VuRefreshRate = 25;
+    settings_.AudioBufferSize = 64;
+    settings_.AudioBufferCount = 16;
+    settings_.AudioSampleRate = 11025;
+    Open();
+    std::int32_t expected = -1;
+    Settings other = settings_;
+    switch (row.kind) {
+      case OptionKind::kOffCheck:
+        ASSERT_TRUE(Find<QCheckBox>(row.control).isChecked());
+        [[fallthrough]];
+      case OptionKind::kCheck:
+        EXPECT_EQ(Find<QCheckBox>(row.control).text().toStdString(), row.caption);
+        Find<QCheckBox>(row.control).toggle();
+        break;
+      case OptionKind::kChoice:
+        Find<QRadioButton>(row.control).setChecked(true);
+        expected = row.value;
+        break;
+      case OptionKind::kIndexList:
+      case OptionKind::kValueList: {
+        auto& box = Find<QComboBox>(row.control);
+        EXPECT_EQ(box.currentText().toStdString(),
+                  std::to_string(row.kind == OptionKind::kIndexList
+                                     ? 100
+                                     : OptionValue(settings_, row.field).value_or(-1)) +
+                      std::string(row.unit));
+        box.setCurrentIndex(box.count() - 1);
+        expected = row.kind == OptionKind::kIndexList ? 9 : box.currentText().toInt();
+        break;
+      }
+      case OptionKind::kSlider:
+        EXPECT_EQ(Find<Scroller>(row.control).Model().Value(), kRefreshTop / 2);
+        Find<Scroller>(row.control).Model().SetValue(kRefreshTop);
+        EXPECT_EQ(Find<QLabel>("Label2").text(), QStringLiteral("1"));
+        EXPECT_EQ(settings_.VuRefreshRate, 1);  // at once
+        expected = 1;
+        break;
+    }
+    Ok();
+    EXPECT_EQ(OptionValue(settings_, row.field), expected) << row.control;
+    ASSERT_TRUE(SetOptionValue(other, row.field, expected));
+    EXPECT_EQ(settings_, other) << row.control;
+  }
+}
+
+TEST_F(Options, ValuesThatNoListHasStay) {
+  settings_.CpuGraphInterval = 77;
+  settings_.AudioBufferSize = 65;
+  settings_.AudioBufferCount = -1;
+  settings_.AudioSampleRate = 1;
+  settings_.VuRefreshRate = 1000;
+  settings_.AutoStart = 1;
+  settings_.AutoNext = 1;
+  Settings expected = settings_;
+  Open();
+  form_->show();
+  Find<QPushButton>("Command2").click();
+  EXPECT_EQ(settings_, expected);
+  Open();
+  Ok();
+  expected.AudioSampleRate = 8000;
+  expected.AutoStart = -1;
+  EXPECT_EQ(settings_, [&] {
+    expected.ShowFramesWhileScrolling = settings_.ShowFramesWhileScrolling;
+    return expected;
+  }());
+  EXPECT_FALSE(form_->WantsColors());
+  Open();
+  Find<QPushButton>("Command3").click();
+  EXPECT_TRUE(form_->WantsColors());
+  EXPECT_EQ(form_->result(), QDialog::Accepted);
+}
+
+TEST_F(Options, FileTypesAreTouchedOnlyWhenTheyDiffer) {
+  Open();
+  Ok();
+  Open();
+  Find<QPushButton>("Command5").click();
+  Find<QPushButton>("Command2").click();
+  EXPECT_EQ(temp_.Entries(), 0);
+  EXPECT_EQ(icon_refreshes_, 0);
+  Open();
+  Find<QPushButton>("Command5").click();
+  Find<QTreeWidget>("List1").topLevelItem(1)->setCheckState(0, Qt::Unchecked);
+  Ok();
+  EXPECT_EQ(
+      List(),
+      "[Default Applications]\nvideo/mp4=kestrelview.desktop\nvideo/ts=kestrelview.desktop\n");
+  Open();
+  EXPECT_EQ(Find<QTreeWidget>("List1").topLevelItem(0)->checkState(0), Qt::Checked);
+  EXPECT_EQ(Find<QTreeWidget>("List1").topLevelItem(1)->checkState(0), Qt::Unchecked);
+  Find<QPushButton>("Command6").click();
+  Ok();
+  EXPECT_EQ(List(), "[Default Applications]\n");
+  EXPECT_EQ(icon_refreshes_, 2);
+}
+
+// Every control can be reached by keys alone, and its page with it.
+TEST_F(Options, TheKeyboardReachesEverything) {
+  Open();
+  form_->show();
+  auto& tabs = Find<QTabWidget>("SSTab1");
+  std::size_t reached = 0;
+  for (int page = 0; page < tabs.count(); ++page) {
+    tabs.setCurrentIndex(page);
+    tabs.setFocus();
+    for (int i = 0; i < 40; ++i) {
+      QTest::keyClick(form_->focusWidget(), Qt::Key_Tab);
+      for (const OptionRow& row : OptionRows()) {
+        auto* const focus = form_->focusWidget();
+        const bool here = focus->objectName().toStdString() == row.control;
+        if (here && !focus->property("met").toBool()) {
+          focus->setProperty("met", true);
+          ++reached;
+        }
+      }
+    }
+  }
+  // The three that belong to the graph need the graph.
+  EXPECT_EQ(reached, OptionRows().size() - 3);
+}
+
+// Desktops offer a program only for the types that its entry declares.
+TEST(DesktopEntryTypes, CoverEverySupportedFile) {
+  MimeTypesQt mime;
+  const FileTypes types(mime, {"/none/", "/none/", {}, "/k", ""});
+  const std::string entry = DesktopEntryFor("/k", "");
+  const std::string text = ReadTextFile(KV_DATA_FOLDER "/filesupport.dat");
+  const FileTypeList list = types.Lines(text.substr(0, text.find('\n')));
+  EXPECT_GT(list.lines.size(), 20U);
+  for (const FileTypeLine& line : list.lines) {
+    for (const std::string& type : line.types) {
+      EXPECT_NE(entry.find(type + ';'), entry.npos) << type;
+    }
+  }
+}
+
+TEST(DialogPalette, IsLegibleWhateverTheColours) {
+  std::mt19937 random(1);
+  for (int i = 0; i < 500; ++i) {
+    ColorTable colors{};
+    for (std::int32_t& color : colors) color = static_cast<std::int32_t>(random() & 0xFFFFFFU);
+    if (i == 0) colors.fill(0x808080);
+    for (const QPalette& palette :
+         {DialogPalette(colors, QPalette()), ListPalette(colors, QPalette())}) {
+      const auto contrast = [&palette](QPalette::ColorRole text, QPalette::ColorRole ground) {
+        return ContrastRatio(palette.color(text), palette.color(ground));
+      };
+      EXPECT_GE(contrast(QPalette::WindowText, QPalette::Window), 4.5);
+      EXPECT_GE(contrast(QPalette::ButtonText, QPalette::Button), 4.5);
+      EXPECT_GE(contrast(QPalette::Text, QPalette::Base), 4.5);
+      EXPECT_GE(contrast(QPalette::HighlightedText, QPalette::Highlight), 4.5);
+      EXPECT_GE(contrast(QPalette::ToolTipText, QPalette::ToolTipBase), 4.5);
+      EXPECT_GE(contrast(QPalette::BrightText, QPalette::Window), 3.0);
+    }
+  }
+}
+
+TEST(Capture, TakesTheColourPassedOverLast) {
+  QImage desktop(200, 200, QImage::Format_RGB32);
+  desktop.setDevicePixelRatio(2);
+  desktop.fill(QColor(1, 2, 3));
+  desktop.setPixelColor(60, 40, QColor(0x10, 0x20, 0x30));
+  const struct {
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    bool ends;
+  } keys[] = {{Qt::Key_Shift, Qt::ShiftModifier, false},
+              {Qt::Key_A, Qt::ControlModifier, false},
+              {Qt::Key_Space, Qt::NoModifier, true}};
+  for (const auto& each : keys) {
+    std::int32_t taken = -2;
+    auto* const form = new frmCapture(
+        desktop, QRect(0, 0, 100, 100), [&taken](std::int32_t color) { taken = color; }, nullptr);
+    form->Form_Load();
+    QTest::mouseMove(form, QPoint(30, 20));
+    EXPECT_EQ(form->CapturedColor(), 0x302010);
+    QTest::keyClick(form, each.key, each.modifiers);
+    EXPECT_EQ(taken, each.ends ? -1 : -2);
+    if (!each.ends) QTest::mouseClick(form, Qt::LeftButton, {}, QPoint(30, 20));
+    EXPECT_EQ(taken, each.ends ? -1 : 0x302010);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+TEST(Colors, ChoosesSchemesAndFollowsThem) {
+  const TempFolder temp;
+  const ProgramFolder folder({.kestrelview_home = temp.Path("home"),
+                              .xdg_data_home = "",
+                              .user_home = "",
+                              .executable_path = "",
+                              .data_folder = KV_DATA_FOLDER});
+  Settings settings;
+  ReadSettings(KV_DATA_FOLDER "/config.dat", settings);
+  ColorSchemes schemes(settings, folder);
+  FakePump pump;
+  WindowServicesQt windows(pump);
+  int refreshes = 0;
+  QPointer<frmColors> form;
+  form = new frmColors(
+      schemes, settings.Colors, windows,
+      [&] {
+        ++refreshes;
+        form->SetColors(settings.Colors);
+      },
+      nullptr);
+  form->Form_Load();
+  EXPECT_EQ(form->windowTitle(), QStringLiteral("ColorChanger - Kestrelview"));
+  auto& box = *form->findChild<QComboBox*>(QStringLiteral("Combo1"));
+  auto& list = *form->findChild<QTreeWidget*>(QStringLiteral("ColorList"));
+  EXPECT_EQ(box.count(), 6);
+  EXPECT_EQ(box.currentText(), QStringLiteral("Default"));
+  const QString before = list.topLevelItem(1)->text(1);
+  const int line = box.findText(QStringLiteral("Daylight"));
+  box.setFocus();
+  box.setCurrentIndex(line);
+  Q_EMIT box.activated(line);
+  EXPECT_EQ(settings.ColorScheme, "Daylight.dat");
+  EXPECT_EQ(refreshes, 1);
+  EXPECT_NE(list.topLevelItem(1)->text(1), before);
+  EXPECT_EQ(list.topLevelItem(1)->text(1),
+            form->palette().color(QPalette::Window).name().toUpper());
+  EXPECT_EQ(list.topLevelItemCount(), 28);
+  // Closed, it is gone; nothing was written by mere choosing.
+  form->Form_Unload();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_EQ(form, nullptr);
+  EXPECT_EQ(temp.Read("home/colorscemes/Daylight.dat"), "");
+}
+
+}  // namespace
+}  // namespace kv

@@ -1,0 +1,195 @@
+// The separate window: how it opens and ends, and when it comes back. And the manager's rules.
+#include "visual/meter_window.h"
+
+#include "support/fake_text_platform.h"
+#include "support/scripted_dialogs.h"
+#include "visual/plugin_manager.h"
+#include "visual/plugin_world.h"
+
+#include <gtest/gtest.h>
+
+namespace kv {
+namespace {
+
+class FakeMeterForm : public MeterWindowForm {
+ public:
+  void SetCaption(const std::string& text) override { caption = text; }
+  void Move(const MeterWindowPlace& to) override { place = to; }
+  MeterWindowPlace Place() const override { return place; }
+  void Unload() override { ++unloads; }
+  void PopUpMenu() override { ++menus; }
+  void OpenPluginManager() override { ++managers; }
+  void ConfigMainPlugin() override { ++configs; }
+  void ShowPointer() override {}
+  void EnableUpdateVuRunning() override { ++updates; }
+
+  MeterWindowPlace place;
+  std::string caption;
+  int unloads = 0, menus = 0, managers = 0, configs = 0, updates = 0;
+};
+
+class MeterWindowTest : public testing::Test, protected PluginWorld {
+ protected:
+  FakeMeter own;
+  FakeMeterForm window;
+  ScriptedDialogs dialogs;
+  MeterWindow rules{{window, own, hosting, settings, state, dialogs, time, meter}};
+};
+
+TEST_F(MeterWindowTest, OpensAsTheSettingsSay) {
+  Scan();
+  settings.UseExternalPlugin = FromBool(true);
+  settings.PluginProgId = "A.One";
+  settings.PluginName = "One";
+  settings.ShowVuMeter = FromBool(false);  // the window wants it all the same
+  settings.VumeterLeft = 150;
+  settings.VumeterTop = 300;
+  settings.VumeterWidth = 6000;
+  settings.VumeterHeight = 3000;
+  settings.VuMeterStyle = 2;
+  settings.AudioBufferSize = 64;
+  objects.plugins["A.One"].NoAutoRedraw = true;
+  rules.Form_Load();
+  EXPECT_TRUE(state.VumeterOpen);
+  EXPECT_EQ(objects.alive, 1);
+  EXPECT_EQ(window.place.left, 10);
+  EXPECT_EQ(window.place.width, 400);
+  EXPECT_EQ(own.style, 2);
+  EXPECT_EQ(own.buffer, 64);
+  EXPECT_FALSE(own.auto_redraw);
+  EXPECT_TRUE(own.running);
+  EXPECT_EQ(window.caption, "One - Kestrelview");
+  window.place.left = 20;
+  rules.Form_QueryUnload(UnloadMode::kUser);
+  EXPECT_EQ(settings.VumeterLeft, 300);
+  EXPECT_EQ(objects.alive, 0);
+}
+
+TEST_F(MeterWindowTest, GoesByItselfWhenNothingCanBeHeard) {
+  own.failure = "no sound";
+  rules.Form_Load();
+  EXPECT_EQ(dialogs.LastText(), "Unable to initialize Scope!");
+  EXPECT_EQ(window.unloads, 0);
+  time.Advance(1000);
+  EXPECT_EQ(window.unloads, 1);
+}
+
+TEST_F(MeterWindowTest, ComesBackOnlyWhenTheProgramClosedIt) {
+  struct Case {
+    UnloadMode mode;
+    bool escape;
+    bool comes_back;
+    bool takes_over;  // the meter of the main window
+  };
+  const Case cases[] = {
+      {UnloadMode::kUser, false, false, true},
+      {UnloadMode::kProgram, false, true, false},
+      {UnloadMode::kSession, false, true, false},
+      {UnloadMode::kProgram, true, false, false},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(static_cast<int>(row.mode));
+    meter.running = false;
+    MeterWindow other({window, own, hosting, settings, state, dialogs, time, meter});
+    other.Form_Load();
+    if (row.escape) {
+      EXPECT_TRUE(other.Form_KeyDown(27, 0));
+    }
+    other.Form_QueryUnload(row.mode);
+    EXPECT_FALSE(own.running);
+    EXPECT_EQ(IsOn(settings.VumeterVisible), row.comes_back);
+    EXPECT_EQ(meter.running, row.takes_over);
+  }
+  EXPECT_EQ(window.unloads, 1);
+  EXPECT_EQ(window.updates, 1);
+}
+
+TEST_F(MeterWindowTest, KeysAndMouse) {
+  Scan();
+  rules.Form_Load();
+  EXPECT_TRUE(rules.Form_KeyDown(70, 0));
+  EXPECT_FALSE(own.running);
+  EXPECT_TRUE(rules.Form_KeyDown(70, 0));
+  EXPECT_TRUE(own.running);
+  EXPECT_TRUE(rules.Form_KeyDown(80, 4));
+  EXPECT_TRUE(rules.Form_KeyDown(75, 3));
+  for (const int shift : {1, 2, 4}) EXPECT_FALSE(rules.Form_KeyDown(70, shift));
+  EXPECT_EQ(window.managers + window.configs, 2);
+
+  own.style = 1;
+  rules.VuMeter1_Click();
+  rules.VuMeter1_Click();
+  EXPECT_EQ(settings.VuMeterStyle, 0);
+  rules.VuMeter1_DblClick();
+  settings.UseExternalPlugin = FromBool(true);
+  rules.VuMeter1_MouseDown({2, 0, 1.0F, 1.0F});  // none is live
+  catalogue.CreatePlugin("A.One");
+  rules.VuMeter1_Click();
+  EXPECT_EQ(own.style, 0);
+  rules.VuMeter1_DblClick();
+  rules.VuMeter1_MouseUp({2, 0, 1.0F, 1.0F});
+  EXPECT_EQ(window.menus, 1);
+  EXPECT_EQ(CallsOf("A.One DoubleClick") + CallsOf("A.One MouseUp"), 2);
+}
+
+class PluginManagerTest : public testing::Test, protected PluginWorld {
+ protected:
+  FakeTextPlatform text;
+  PluginManager manager{catalogue, settings, state, text};
+};
+
+TEST_F(PluginManagerTest, FindsTheActiveRowAndTellsOfEach) {
+  manager.Form_Load();
+  EXPECT_EQ(manager.Rows().size(), 1U);
+  EXPECT_EQ(manager.FactsOf(0).values[5], "Default VuMeter");
+  Scan();
+  settings.UseExternalPlugin = FromBool(true);
+  settings.PluginKey = "TWO.so";
+  manager.Form_Load();
+  EXPECT_EQ(manager.ActiveRow(), 2U);
+  const PluginFacts facts = manager.FactsOf(2);
+  EXPECT_EQ(facts.values[0], "Undefined");
+  EXPECT_EQ(facts.values[1], "No");
+  objects.plugins["B.Two"].HasConfig = true;  // told too late
+  EXPECT_FALSE(manager.FactsOf(2).can_configure);
+}
+
+TEST_F(PluginManagerTest, UsesAPluginOnceAndKeepsTheOldName) {
+  Scan();
+  hosting.SetExPlugIn(0);
+  manager.Form_Load();
+  const auto live = catalogue.CurrentPlugin();
+  manager.UsePlugin(1);
+  EXPECT_EQ(catalogue.CurrentPlugin(), live);
+  manager.UsePlugin(2);
+  EXPECT_EQ(settings.PluginKey, "two.so");
+  EXPECT_EQ(settings.PluginName, "One");
+  EXPECT_EQ(manager.MeterCaption(), "One - Kestrelview");
+  manager.UsePlugin(0);
+  EXPECT_EQ(catalogue.CurrentPlugin(), nullptr);
+  EXPECT_EQ(manager.MeterCaption(), "VuMeter - Kestrelview");
+  manager.UsePlugin(2);  // the same as before, but nothing was active
+  EXPECT_NE(catalogue.CurrentPlugin(), nullptr);
+}
+
+TEST_F(PluginManagerTest, ConfiguresTheLiveObjectOrOneOfItsOwn) {
+  Scan();
+  hosting.SetExPlugIn(0);
+  auto owned = std::make_unique<PluginManager>(catalogue, settings, state, text);
+  owned->Form_Load();
+  objects.plugins["A.One"].in_dialog = [this] { EXPECT_EQ(objects.alive, 1); };
+  owned->ConfigPlugin(1);
+  objects.plugins["B.Two"].in_dialog = [&] {
+    EXPECT_EQ(objects.alive, 2);
+    owned->Form_QueryUnload();
+    owned.reset();
+  };
+  owned->ConfigPlugin(2);
+  EXPECT_EQ(CallsOf("A.One OpenConfigDialog") + CallsOf("B.Two OpenConfigDialog"), 2);
+  EXPECT_EQ(CallsOf("B.Two closedialog"), 1);
+  EXPECT_FALSE(state.PluginManagerOpen);
+  EXPECT_EQ(objects.alive, 1);
+}
+
+}  // namespace
+}  // namespace kv

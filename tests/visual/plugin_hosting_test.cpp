@@ -1,0 +1,178 @@
+// Who paints, where and when: cycling, the demo, the meter in the movie area, frames.
+#include "visual/plugin_world.h"
+
+#include <gtest/gtest.h>
+
+namespace kv {
+namespace {
+
+class PluginHostingTest : public testing::Test, protected PluginWorld {};
+
+TEST_F(PluginHostingTest, CyclesThroughDisplaysAndPluginsAndStartsOver) {
+  Scan();
+  const char* const captions[] = {
+      "Plugin:Default (mode 2)", "Plugin:Default (mode 3)", "Plugin:One", "Plugin:Two",
+      "Plugin:Default (mode 1)", "Plugin:Default (mode 2)"};
+  const int styles[] = {1, 2, 2, 2, 0, 1};
+  for (std::size_t step = 0; step < std::size(captions); ++step) {
+    hosting.CyclePlugins();
+    EXPECT_EQ(form.caption, captions[step]);
+    EXPECT_EQ(settings.PluginStyle, styles[step]);
+    EXPECT_EQ(objects.alive, form.caption == "Plugin:One" || form.caption == "Plugin:Two" ? 1 : 0);
+  }
+  EXPECT_EQ(settings.PluginKey, "two.so");
+  EXPECT_EQ(settings.PluginProgId, "B.Two");
+}
+
+TEST_F(PluginHostingTest, CyclesOnFromWhatWasPickedElsewhere) {
+  Scan();
+  hosting.SetExPlugIn(1);
+  hosting.CyclePlugins();
+  EXPECT_EQ(form.caption, "Plugin:Default (mode 1)");
+  EXPECT_FALSE(IsOn(settings.UseExternalPlugin));
+}
+
+TEST_F(PluginHostingTest, StandsStillWithoutPlugins) {
+  for (int step = 0; step < 5; ++step) hosting.CyclePlugins();
+  EXPECT_EQ(meter.style, 2);
+  EXPECT_FALSE(IsOn(settings.UseExternalPlugin));
+  settings.UseExternalPlugin = FromBool(true);  // chosen once, and gone since
+  hosting.CyclePlugins();
+  EXPECT_EQ(meter.style, 0);
+  hosting.SetExPlugIn(3);
+  EXPECT_FALSE(IsOn(settings.UseExternalPlugin));
+}
+
+TEST_F(PluginHostingTest, DemoChangesEveryFifteenSecondsWhileTheMeterShows) {
+  const auto tick = [this](int seconds) {
+    for (int second = 0; second < seconds; ++second) {
+      time.Advance(1000);
+      hosting.DemoTick();
+    }
+  };
+  tick(40);
+  EXPECT_EQ(meter.style, 0);
+  meter.visible = true;
+  tick(15);
+  EXPECT_EQ(meter.style, 0);
+  tick(1);
+  EXPECT_EQ(meter.style, 1);
+  tick(15);
+  EXPECT_EQ(meter.style, 2);
+}
+
+TEST_F(PluginHostingTest, TheMeterRunsForSoundAlone) {
+  struct Case {
+    const char* name;
+    bool minimised, open, show, paused, running;
+    bool runs;
+  };
+  const Case cases[] = {
+      {"plays", false, false, true, false, true, true},
+      {"minimised", true, false, true, false, true, false},
+      {"window open", false, true, true, false, true, false},
+      {"not wanted", false, false, false, false, true, false},
+      {"paused", false, false, true, true, true, false},
+      {"stopped", false, false, true, false, false, false},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.name);
+    meter.running = true;
+    form.minimised = row.minimised;
+    state.VumeterOpen = row.open;
+    settings.ShowVuMeter = FromBool(row.show);
+    form.paused = row.paused;
+    form.running = row.running;
+    hosting.SetVumeterVisible();
+    EXPECT_EQ(meter.running, row.runs);
+  }
+  settings.VumeterVisible = FromBool(true);  // the window comes back; hands off
+  meter.running = true;
+  hosting.SetVumeterVisible();
+  EXPECT_TRUE(meter.running);
+}
+
+TEST_F(PluginHostingTest, APictureTakesThePluginAwayAndSoundBringsItBack) {
+  Scan();
+  hosting.SetExPlugIn(0);
+  hosting.SetVumeterVisible();
+  EXPECT_TRUE(meter.running && meter.visible);
+  form.picture = true;
+  hosting.SetVumeterVisible();
+  EXPECT_FALSE(meter.running || meter.visible);
+  EXPECT_EQ(objects.alive, 0);
+  form.picture = false;
+  meter.failure = "no sound here";
+  hosting.SetVumeterVisible();
+  EXPECT_EQ(objects.alive, 1);
+  EXPECT_TRUE(meter.visible);
+  // A film is opened inside the pump that goes with making the plug-in.
+  catalogue.DestroyPlugin();
+  meter.failure.clear();
+  meter.visible = false;
+  pump.Post([this] { form.picture = true; });
+  hosting.SetVumeterVisible();
+  EXPECT_FALSE(meter.running || meter.visible);
+}
+
+TEST_F(PluginHostingTest, FramesGoToThePluginWithTheLiveColours) {
+  Scan();
+  std::vector<std::uint8_t> samples(64, 128);
+  std::int32_t count = 64;
+  settings.Colors[kMeterForegroundSlot] = 0x123456;
+  const auto cancelled = [&](bool on_view) {
+    bool cancel = false;
+    hosting.Frame(meter, on_view, samples, count, cancel);
+    return cancel;
+  };
+  EXPECT_FALSE(cancelled(true));  // the meter's own display
+  EXPECT_TRUE(cancelled(false));
+  hosting.SetExPlugIn(0);
+  EXPECT_TRUE(cancelled(false));
+  EXPECT_EQ(CallsOf("A.One GetVuMeter"), 0);
+  EXPECT_TRUE(cancelled(true));
+  EXPECT_EQ(CallsOf("A.One GetVuMeter"), 1);
+  EXPECT_EQ(count, 0);
+  EXPECT_EQ(settings.Colors[kMeterPeakSlot], 0x123456);
+  catalogue.DestroyPlugin();
+  EXPECT_TRUE(cancelled(true));  // nobody paints
+}
+
+TEST_F(PluginHostingTest, ConfiguresWhoSaysThatItCanNow) {
+  Scan();
+  hosting.SetExPlugIn(0);
+  hosting.ConfigPlugin();
+  EXPECT_EQ(CallsOf("A.One OpenConfigDialog"), 0);
+  objects.plugins["A.One"].HasConfig = true;
+  // Another plug-in comes while the dialog is open: the object lives until its call returns.
+  objects.plugins["A.One"].in_dialog = [this] {
+    hosting.SetExPlugIn(1);
+    EXPECT_EQ(objects.alive, 2);
+  };
+  hosting.ConfigPlugin();
+  EXPECT_EQ(CallsOf("A.One OpenConfigDialog"), 1);
+  EXPECT_TRUE(form.cursor_shown);
+  EXPECT_EQ(objects.alive, 1);
+  hosting.ExtPluginMediaChanged();
+  EXPECT_EQ(CallsOf("B.Two MediaChanged"), 1);
+}
+
+TEST_F(PluginHostingTest, AMenuPausesTheMeterInUse) {
+  FakeMeter window;
+  window.running = true;
+  hosting.SetWindowMeter(&window);
+  state.VumeterOpen = true;
+  hosting.PrepareVUStop();
+  EXPECT_FALSE(window.running);
+  hosting.PrepareVUStart();
+  EXPECT_TRUE(window.running);
+  // The window closes behind an open menu.
+  hosting.PrepareVUStop();
+  hosting.SetWindowMeter(nullptr);
+  state.VumeterOpen = false;
+  hosting.PrepareVUStart();
+  EXPECT_TRUE(meter.running);
+}
+
+}  // namespace
+}  // namespace kv
