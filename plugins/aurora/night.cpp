@@ -91,8 +91,8 @@ void Night::MakeWood() {
   Dice dice(977);
   const std::vector<float> ground = near_;
   const auto scale = static_cast<float>(scale_);
-  for (float x = 0.0F; x < static_cast<float>(width_);
-       x += kTreeGap * scale * (0.4F + dice.Roll())) {
+  float x = 0.0F;
+  while (x < static_cast<float>(width_)) {
     const float tall = static_cast<float>(height_) * (0.025F + 0.055F * dice.Roll() * dice.Roll());
     const float foot = ground[static_cast<std::size_t>(x)];
     const float wide = tall * 0.22F;
@@ -105,6 +105,7 @@ void Night::MakeWood() {
       float& edge = near_[static_cast<std::size_t>(column)];
       edge = std::min(edge, top);
     }
+    x += kTreeGap * scale * (0.4F + dice.Roll());
   }
 }
 

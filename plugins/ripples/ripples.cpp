@@ -52,7 +52,9 @@ int Ripples::GetVuMeter(QByteArray& samples, int& count, int surface1, int surfa
   Rain(seconds);
   debt_ = std::min(debt_ + seconds, kMostSteps * kStepSeconds);
   const float loss = 0.040F * std::pow(0.05F, static_cast<float>(options_.run) / 100.0F);
-  for (; debt_ >= kStepSeconds; debt_ -= kStepSeconds) pond_.Step(loss);
+  const int steps = static_cast<int>(debt_ / kStepSeconds);
+  for (int step = 0; step < steps; ++step) pond_.Step(loss);
+  debt_ -= static_cast<float>(steps) * kStepSeconds;
   MakeRamp({kestrelview::ColorOf(foreground, Qt::white),
             kestrelview::ColorOf(background, Qt::black), kestrelview::ColorOf(peak, Qt::red)});
   Paint(surface);

@@ -13,7 +13,6 @@
 
 #include <array>
 #include <kestrelview/visual_tools.h>
-#include <utility>
 
 namespace {
 
@@ -60,7 +59,8 @@ void SaveRipplesOptions(const RipplesOptions& options) {
 }
 
 RipplesDialog::RipplesDialog(const RipplesOptions& options,
-                             std::function<void(const RipplesOptions&)> try_out, QWidget* parent)
+                             const std::function<void(const RipplesOptions&)>& try_out,
+                             QWidget* parent)
     : QDialog(parent), colors_(new QComboBox(this)), glint_(new QCheckBox(this)) {
   setWindowTitle(QStringLiteral("Ripples"));
   auto* const all = new QVBoxLayout(this);

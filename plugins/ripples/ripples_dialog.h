@@ -37,8 +37,8 @@ class RipplesDialog : public QDialog {
 
  public:
   // `try_out` is called with every change, and with the first options again on Cancel.
-  RipplesDialog(const RipplesOptions& options, std::function<void(const RipplesOptions&)> try_out,
-                QWidget* parent);
+  RipplesDialog(const RipplesOptions& options,
+                const std::function<void(const RipplesOptions&)>& try_out, QWidget* parent);
 
   RipplesOptions Options() const;
 

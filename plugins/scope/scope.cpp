@@ -80,15 +80,17 @@ void Oscilloscope::Phosphor::Show(const VisualSurface& surface, const QColor& fo
   for (int step = 0; step * cell < middle_x; ++step) {
     const int away = static_cast<int>(std::lround(step * cell));
     const std::uint8_t kind = step == 0 ? 2 : 1;
-    column[static_cast<std::size_t>(middle_x - away)] = kind;
-    if (middle_x + away < width_) column[static_cast<std::size_t>(middle_x + away)] = kind;
+    for (const int x : {middle_x - away, middle_x + away}) {
+      if (x < width_) column[static_cast<std::size_t>(x)] = kind;
+    }
   }
   std::vector<std::uint8_t> row(static_cast<std::size_t>(height_));
   for (int step = 0; step * cell < middle_y; ++step) {
     const int away = static_cast<int>(std::lround(step * cell));
     const std::uint8_t kind = step == 0 ? 2 : 1;
-    row[static_cast<std::size_t>(middle_y - away)] = kind;
-    if (middle_y + away < height_) row[static_cast<std::size_t>(middle_y + away)] = kind;
+    for (const int y : {middle_y - away, middle_y + away}) {
+      if (y < height_) row[static_cast<std::size_t>(y)] = kind;
+    }
   }
   const std::uint16_t* glow = glow_.data();
   for (int y = 0; y < height_; ++y) {

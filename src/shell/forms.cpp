@@ -1,14 +1,33 @@
 #include "shell/forms.h"
 
+#include "state/file_types.h"
+#include "state/frm_colors.h"
+#include "state/frm_settings.h"
+#include "state/mime_types_qt.h"
+#include "system/desktop_icons_qt.h"
 #include "view/frm_about.h"
 #include "view/frm_help.h"
 
+#include <QApplication>
 #include <QFile>
 
-namespace kv {
+#include <utility>
 
-Forms::Forms(QWidget& main, const ProgramFolder& folder, ShellServices& shell)
-    : main_(main), folder_(folder), shell_(shell), colors_(main.palette()) {}
+namespace kv {
+namespace {
+
+void BringUp(QWidget& window) {
+  window.raise();
+  window.activateWindow();
+}
+
+}  // namespace
+
+Forms::Forms(Parts parts)
+    : parts_(std::move(parts)),
+      schemes_(parts_.settings, parts_.folder),
+      theme_(QApplication::palette()),
+      colors_(theme_) {}
 
 Forms::~Forms() {
   UnloadAll();
@@ -16,39 +35,72 @@ Forms::~Forms() {
 
 void Forms::ShowAbout() {
   if (about_ != nullptr) {
-    about_->raise();
-    about_->activateWindow();
+    BringUp(*about_);
     return;
   }
-  const QString logo = QFile::decodeName(folder_.DataFile("art/kestrelview.svg").c_str());
+  const QString logo = QFile::decodeName(parts_.folder.DataFile("art/kestrelview.svg").c_str());
   // Anything can happen while it is open, its owner's end included.
-  about_ = new frmAbout({KV_VERSION_MAJOR, KV_VERSION_MINOR, KV_VERSION_PATCH}, logo, shell_,
-                        colors_, &main_);
+  about_ = new frmAbout({KV_VERSION_MAJOR, KV_VERSION_MINOR, KV_VERSION_PATCH}, logo, parts_.shell,
+                        colors_, &parts_.main);
+  style_.ApplyTo(*about_);
   about_->exec();
   delete about_.data();
 }
 
-bool Forms::AboutOpen() const {
-  return about_ != nullptr;
-}
-
 void Forms::ShowHelp() {
   if (help_ == nullptr) {
-    help_ = new frmHelp(folder_.DataFile("help/index.htm"), shell_, &main_);
+    help_ = new frmHelp(parts_.folder.DataFile("help/index.htm"), parts_.shell, &parts_.main);
     help_->setAttribute(Qt::WA_DeleteOnClose);
+    parts_.adopt(*help_);
   }
   help_->show();
-  help_->raise();
-  help_->activateWindow();
+  BringUp(*help_);
 }
 
-void Forms::SetColors(const QPalette& colors) {
-  colors_ = colors;
-  if (about_ != nullptr) about_->setPalette(colors);
+bool Forms::ShowOptions() {
+  if (options_ != nullptr) {
+    BringUp(*options_);
+    return false;
+  }
+  MimeTypesQt mime;
+  FileTypes types(mime, FileTypePlaces::OfThisProcess(
+                            parts_.folder.DataFile("art/kestrelview.svg")));
+  options_ = new frmSettings(parts_.settings, types, parts_.session.SupportedExtensions,
+                             [] { RefreshDesktopIcons(); }, &parts_.main);
+  options_->exec();
+  const bool wants_colors = options_ != nullptr && options_->WantsColors();
+  delete options_.data();
+  return wants_colors;
+}
+
+void Forms::ShowColors() {
+  if (color_editor_ != nullptr && color_editor_->isVisible()) {
+    BringUp(*color_editor_);
+    return;
+  }
+  color_editor_ = new frmColors(schemes_, parts_.settings.Colors, parts_.windows,
+                                parts_.refresh_colors, &parts_.main);
+  parts_.adopt(*color_editor_);
+  color_editor_->Form_Load();
+}
+
+bool Forms::DialogOpen() const {
+  return about_ != nullptr || options_ != nullptr;
+}
+
+void Forms::SetColors() {
+  colors_ = DialogPalette(parts_.settings.Colors, theme_);
+  // Boxes and the toolkit's own dialogs take theirs from the program.
+  QApplication::setPalette(colors_);
+  if (about_ != nullptr) about_->setPalette(colors_);
+  if (options_ != nullptr) options_->SetColors(parts_.settings.Colors);
+  if (color_editor_ != nullptr) color_editor_->SetColors(parts_.settings.Colors);
 }
 
 void Forms::UnloadAll() {
   if (about_ != nullptr) about_->reject();
+  if (color_editor_ != nullptr) color_editor_->Form_Unload();
+  if (options_ != nullptr) options_->reject();
   delete help_.data();
 }
 

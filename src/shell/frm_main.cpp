@@ -1,7 +1,6 @@
 #include "shell/frm_main.h"
 
 #include "controls/svg_face_qt.h"
-#include "state/color_file.h"
 #include "view/key_codes_qt.h"
 
 #include <QApplication>
@@ -68,6 +67,8 @@ frmMain::frmMain(const ProgramParts& parts)
       list_windows_(*this, {*this, playlist_, settings_, session_, dialogs_, playlist_.Store(),
                             shell_, parts.time, parts.pump, parts.text, ArtFrom(parts.folder),
                             [this](QWidget& window) { Adopt(window); }}),
+      medium_(*this, {*this, Movie_, playlist_, list_windows_, settings_, session_, dialogs_,
+                      parts.pump, shell_, parts.time, parts.text}),
       time_display_(Movie_, settings_, parts.text, view_),
       sliders_(models_, Movie_, settings_, session_, time_display_, parts.text, view_, *this),
       status_(view_, Movie_, dialogs_, parts.pump, timers_[MainTimer::tmrCheckBuffering],
@@ -90,7 +91,8 @@ frmMain::frmMain(const ProgramParts& parts)
       settings_life_(*this, settings_, models_, parts.folder, shell_, parts.pump),
       form_life_(*this, Movie_, settings_, session_, dialogs_, parts.pump),
       run_once_(RunOnce::UserFolder()),
-      forms_(*this, parts.folder, shell_),
+      forms_({*this, parts.folder, shell_, windows_, settings_, session_,
+              [this] { RefreshColors(); }, [this](QWidget& window) { Adopt(window); }}),
       menu_(settings_, *this, parts.text, parts.folder, *this),
       commands_(menu_.Model(), settings_, session_, dialogs_, parts.pump, parts.time,
                 {timers_[MainTimer::mnuTimer], timers_[MainTimer::ToggleFullscreenTimer],
@@ -100,6 +102,7 @@ frmMain::frmMain(const ProgramParts& parts)
             *this) {
   setObjectName(QStringLiteral("frmMain"));
   setFocusPolicy(Qt::StrongFocus);
+  setAcceptDrops(true);
   setMinimumSize(MainPanel::kSmallestWidth, MainPanel::kFullHeight + kSmallestMovieHeight);
   resize(kFirstSize);
   Movie_.SetEvents(&movie_events_);
@@ -218,6 +221,8 @@ void frmMain::ReadFileSupport() {
 }
 
 void frmMain::RefreshColors() {
+  forms_.SetColors();
+  medium_.SetColors(QApplication::palette());
   view_.ApplyColors(settings_.Colors);
   menu_.ApplyColors(settings_.Colors);
   list_windows_.UpdateColors();
@@ -341,6 +346,18 @@ void frmMain::keyReleaseEvent(QKeyEvent* event) {
   QWidget::keyReleaseEvent(event);
 }
 
+void frmMain::dragEnterEvent(QDragEnterEvent* event) {
+  medium_.Drag(*event);
+}
+
+void frmMain::dragMoveEvent(QDragMoveEvent* event) {
+  medium_.Drag(*event);
+}
+
+void frmMain::dropEvent(QDropEvent* event) {
+  medium_.Drop(*event);
+}
+
 // The wheel over another window of the program, where nothing there has a use for it.
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::Wheel || watched == this) return QWidget::eventFilter(watched, event);
@@ -397,7 +414,7 @@ void frmMain::SetRepeatFace(int face) {
 }
 
 void frmMain::LoadColorInfo() {
-  ReadColorFile(parts_.folder.DataFile("colorscemes/" + settings_.ColorScheme), settings_.Colors);
+  forms_.LoadColorInfo();
 }
 
 void frmMain::SetBusyPointer(bool busy) {

@@ -17,6 +17,7 @@
 #include "shell/main_timers.h"
 #include "shell/main_view.h"
 #include "shell/media_opener.h"
+#include "shell/medium_room.h"
 #include "shell/playback_tick.h"
 #include "shell/playlist_room.h"
 #include "shell/run_once.h"
@@ -66,6 +67,7 @@ class frmMain : public QWidget,
                 private FormLifeHost,
                 private PlaylistRoomHost,
                 private ListWindowsHost,
+                private MediumRoomHost,
                 private ScreenRoomHost,
                 private TransportMenu,
                 private TransportVisuals,
@@ -109,6 +111,9 @@ class frmMain : public QWidget,
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -228,6 +233,7 @@ class frmMain : public QWidget,
 
   // CommandMedium
   void OpenFile(const std::string& path) override;
+  void OpenAddress(const std::string& address) override;
   void SaveCurrentFile() override;
   void SaveResumeFile(bool end_pos, bool clear_end) override;
   void ReleaseResumeData() override;
@@ -281,6 +287,7 @@ class frmMain : public QWidget,
 
   PlaylistRoom playlist_;
   ListWindows list_windows_;
+  MediumRoom medium_;
   TimeDisplay time_display_;
   Sliders sliders_;
   StatusOverlay status_;

@@ -103,8 +103,15 @@ void frmMain::ReleaseResumeData() {
 void frmMain::OpenFile(const std::string& path) {
   OpenFile(path, {.StartPlaying = true});
 }
-void frmMain::SaveCurrentFile() {}
-void frmMain::DeleteCurFile() {}
+void frmMain::OpenAddress(const std::string& address) {
+  OpenFile(address, {.KeepWindowSize = true});
+}
+void frmMain::SaveCurrentFile() {
+  medium_.SaveCurrentFile();
+}
+void frmMain::DeleteCurFile() {
+  medium_.DeleteCurFile();
+}
 
 // --- Menu and commands
 
@@ -145,11 +152,12 @@ void frmMain::ShowHelp() {
   forms_.ShowHelp();
 }
 bool frmMain::TrayMustWait() const {
-  return forms_.AboutOpen() || session_.CopyWindowOpen;
+  return forms_.DialogOpen() || session_.CopyWindowOpen;
 }
 void frmMain::UnloadOtherForms() {
   menu_.Close();
   list_windows_.UnloadAll();
+  medium_.UnloadAll();
   forms_.UnloadAll();
 }
 TransportDisplay::PlaylistWindow frmMain::StateOfPlaylistWindow() const {
@@ -181,12 +189,14 @@ std::string frmMain::MainDisplayText() const {
   return view_.DispText(kDispTitle);
 }
 std::string frmMain::AskForUrl() {
-  return {};
+  return medium_.AskForUrl();
 }
 bool frmMain::ShowOptions() {
-  return false;
+  return forms_.ShowOptions();
 }
-void frmMain::ShowColors() {}
+void frmMain::ShowColors() {
+  forms_.ShowColors();
+}
 void frmMain::ShowPlugins() {}
 void frmMain::LoadIcons() {}
 

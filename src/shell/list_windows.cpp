@@ -89,6 +89,10 @@ void ListWindows::EntryRemoved(int index) {
   rows_.UpdateNumbers();
 }
 
+void ListWindows::RefreshStatus() {
+  if (PlaylistLoaded()) rows_.UpdateNumberOfitemsStatus();
+}
+
 // --- What the windows ask for
 
 void ListWindows::PlayPlaylistFile(int index) {

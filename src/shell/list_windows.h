@@ -83,6 +83,8 @@ class ListWindows : private PlaylistWindowHost,
 
   // An entry left the list other than by the window's own commands.
   void EntryRemoved(int index);
+  // Entries came other than by the window's own commands.
+  void RefreshStatus();
 
  private:
   // PlaylistWindowHost

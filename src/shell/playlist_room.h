@@ -70,6 +70,7 @@ class PlaylistRoom : public TransportNavigation,
   Navigation& Steps() { return navigation_; }
   ResumeFiles& Resume() { return resume_; }
   Registry& Store() { return registry_; }
+  DownloadQt& Downloads() { return download_; }
 
   // Ends what waits for the network.
   void Abandon() { download_.Abort(); }

@@ -63,7 +63,7 @@ void DrawBox(QPainter& painter, const QRect& rect, const Ink& ink, double radius
 Ink InkOfIndicator(const QStyleOption& option, bool on) {
   const QPalette& palette = option.palette;
   const QColor base = palette.color(QPalette::Base);
-  const QColor accent = palette.color(QPalette::Highlight);
+  const QColor accent = palette.color(QPalette::BrightText);
   Ink ink{on ? accent : base,
           on ? accent : Edge(base, palette.color(QPalette::Active, QPalette::Text))};
   if (Has(option, QStyle::State_MouseOver)) ink.edge = on ? ink.edge : accent;
@@ -84,7 +84,7 @@ void DrawCheck(const QStyleOption& option, QPainter& painter) {
       QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, QSize(side, side), option.rect);
   DrawBox(painter, box, ink, side * 0.2);
   if (!on) return;
-  QPen pen(On(ink.fill, option.palette.color(QPalette::HighlightedText), kVisible), side * 0.13);
+  QPen pen(BlackOrWhite(ink.fill), side * 0.13);
   pen.setCapStyle(Qt::RoundCap);
   pen.setJoinStyle(Qt::RoundJoin);
   painter.setPen(pen);
@@ -108,7 +108,7 @@ void DrawRadio(const QStyleOption& option, QPainter& painter) {
   painter.drawEllipse(ring);
   if (!on) return;
   painter.setPen(Qt::NoPen);
-  painter.setBrush(On(ink.fill, option.palette.color(QPalette::HighlightedText), kVisible));
+  painter.setBrush(BlackOrWhite(ink.fill));
   painter.drawEllipse(ring.center(), side * 0.2, side * 0.2);
 }
 

@@ -13,8 +13,8 @@
 namespace kv {
 
 // For a window and all that is in it. A colour that cannot be read on its ground gives way to black
-// or white, so that no scheme locks the user out of the dialogs. `theme` is the desktop's, for
-// system colours.
+// or white, so that no scheme locks the user out of the dialogs. What is ticked or has
+// the focus takes the role BrightText. `theme` is the desktop's, for system colours.
 QPalette DialogPalette(const ColorTable& colors, const QPalette& theme);
 
 // The same for a list of rows of which some are chosen.

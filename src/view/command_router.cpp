@@ -171,7 +171,7 @@ void CommandRouter::OpenUrl() {
   if (!hosts_.window.FormVisible()) hosts_.window.TrayClick(kTrayRestore);
   std::string address;
   if (!ShowModal([&] { address = hosts_.forms.AskForUrl(); })) return;
-  if (!address.empty()) hosts_.medium.OpenFile(address);
+  if (!address.empty()) hosts_.medium.OpenAddress(address);
 }
 
 void CommandRouter::Options() {

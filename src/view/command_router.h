@@ -35,6 +35,8 @@ class CommandMedium {
   virtual ~CommandMedium() = default;
   // Opens and plays; an empty name asks for one first.
   virtual void OpenFile(const std::string& path) = 0;
+  // Opens an address that was typed, without starting it and without a new window size.
+  virtual void OpenAddress(const std::string& address) = 0;
   virtual void SaveCurrentFile() = 0;
   virtual void SaveResumeFile(bool end_pos, bool clear_end) = 0;
   // Both resume positions become 0 and `picKVR` is hidden.

@@ -17,6 +17,11 @@ frmHelp::frmHelp(const std::string& page, ShellServices& shell, QWidget* parent)
   WebBrowser1->setFrameShape(QFrame::NoFrame);
   WebBrowser1->setAccessibleName(QStringLiteral("Help"));
   WebBrowser1->setOpenLinks(false);
+  // The pages are printed matter, dark on white in every scheme.
+  QPalette paper = WebBrowser1->palette();
+  paper.setColor(QPalette::Base, Qt::white);
+  paper.setColor(QPalette::Text, QColor(0x22, 0x26, 0x2e));
+  WebBrowser1->setPalette(paper);
   setFocusProxy(WebBrowser1);
   connect(WebBrowser1, &QTextBrowser::anchorClicked, this, &frmHelp::Navigate);
   const auto shortcut = [this](const QKeySequence& keys, auto action) {

@@ -215,7 +215,8 @@ void frmPlugins::ShowPicture(const PluginFacts& facts) {
   }
   const PluginPicture& picture = *facts.picture;
   const QImage image(reinterpret_cast<const uchar*>(picture.pixels.data()), picture.width,
-                     picture.height, picture.width * 4, QImage::Format_ARGB32);
+                     picture.height, static_cast<qsizetype>(picture.width) * 4,
+                     QImage::Format_ARGB32);
   QPixmap shown = QPixmap::fromImage(
       image.scaled(kPicture * scale, Qt::KeepAspectRatio, Qt::SmoothTransformation));
   shown.setDevicePixelRatio(scale);

@@ -1,8 +1,21 @@
 #include "visual/plugin_catalogue.h"
 
+#include "system/shown_text.h"
+
+#include <string_view>
 #include <utility>
 
 namespace kv {
+namespace {
+
+constexpr std::size_t kLongestLine = 200;  // characters
+
+// What stands in menus, captions and lists is one line, whatever the plug-in says.
+std::string ReadLine(PluginObject& object, std::string_view member) {
+  return ShownText(object.ReadText(member).value_or(""), kLongestLine);
+}
+
+}  // namespace
 
 PluginCatalogue::PluginCatalogue(PluginObjects& objects, const Settings& settings,
                                  const VisualState& state, MessagePump& pump)
@@ -15,14 +28,14 @@ void PluginCatalogue::ScanPlugins(const std::vector<PluginLibrary>& libraries) {
     if (!object) continue;
     PluginEntry entry;
     entry.ProgId = library.ProgId;
-    entry.Author = object->ReadText("p_author").value_or("");
-    entry.AuthorUrl = object->ReadText("p_authorurl").value_or("");
+    entry.Author = ReadLine(*object, "p_author");
+    entry.AuthorUrl = ReadLine(*object, "p_authorurl");
     entry.Description = object->ReadText("p_description").value_or("");
     entry.HasConfig = object->ReadFlag("p_hasconfig").value_or(false);
-    entry.Name = object->ReadText("p_pluginname").value_or("");
+    entry.Name = ReadLine(*object, "p_pluginname");
     entry.Picture = object->ReadPicture("PictureScreenShoot");
     entry.Type = object->ReadNumber("p_type").value_or(0);
-    entry.Version = object->ReadText("p_version").value_or("");
+    entry.Version = ReadLine(*object, "p_version");
     entry.File = library.File;
     plugins_.push_back(std::move(entry));
   }
@@ -34,7 +47,7 @@ const PluginEntry* PluginCatalogue::Find(std::int32_t index) const {
 
 bool PluginCatalogue::CreatePlugin(const std::string& ProgId) {
   // The text may be a field of the settings, which the pump can change.
-  const std::string name = ProgId;
+  const std::string name = ProgId;  // NOLINT(performance-unnecessary-copy-initialization)
   if (current_) DestroyPlugin();
   bool failed = false;
   if (state_.VumeterOpen || IsOn(settings_.ShowVuMeter)) {

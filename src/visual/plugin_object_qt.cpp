@@ -166,7 +166,7 @@ class PluginObjectQt : public PluginObject {
   QVariant Read(std::string_view member) {
     if (object_ == nullptr) return {};
     try {
-      const QVariant property = object_->property(std::string(member).c_str());
+      QVariant property = object_->property(std::string(member).c_str());
       if (property.isValid()) return property;
       const int method = FindMethod(*object_, member, {});
       if (method < 0) return {};

@@ -122,7 +122,7 @@ TEST_F(CommandRouterTest, OpensAndClosesThePlaylistWindow) {
 TEST_F(CommandRouterTest, FollowsUpOnWhatDialogsLeave) {
   url = "http://h/a";
   visible = false;
-  EXPECT_EQ(Run("mOpenURL"), "tray 1,url,open 'http://h/a'");
+  EXPECT_EQ(Run("mOpenURL"), "tray 1,url,address 'http://h/a'");
   wants_colors = true;
   EXPECT_EQ(Run("mOptions"), "cursor show force,options,settings,colors");
 

@@ -39,6 +39,7 @@ class CommandWorld : public CommandTransport,
     Note("next" + std::to_string(index) + (to_last ? " last" : "") + (immediate ? " now" : ""));
   }
   void OpenFile(const std::string& path) override { Note("open '" + path + "'"); }
+  void OpenAddress(const std::string& address) override { Note("address '" + address + "'"); }
   void SaveCurrentFile() override { Note("save"); }
   void SaveResumeFile(bool end_pos, bool clear_end) override {
     Note(std::string("resume") + (end_pos ? " end" : "") + (clear_end ? " clear" : ""));
