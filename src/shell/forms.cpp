@@ -63,10 +63,11 @@ bool Forms::ShowOptions() {
     return false;
   }
   MimeTypesQt mime;
-  FileTypes types(mime, FileTypePlaces::OfThisProcess(
-                            parts_.folder.DataFile("art/kestrelview.svg")));
-  options_ = new frmSettings(parts_.settings, types, parts_.session.SupportedExtensions,
-                             [] { RefreshDesktopIcons(); }, &parts_.main);
+  FileTypes types(mime,
+                  FileTypePlaces::OfThisProcess(parts_.folder.DataFile("art/kestrelview.svg")));
+  options_ = new frmSettings(
+      parts_.settings, types, parts_.session.SupportedExtensions, [] { RefreshDesktopIcons(); },
+      &parts_.main);
   options_->exec();
   const bool wants_colors = options_ != nullptr && options_->WantsColors();
   delete options_.data();

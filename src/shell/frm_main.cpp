@@ -69,15 +69,18 @@ frmMain::frmMain(const ProgramParts& parts)
                             [this](QWidget& window) { Adopt(window); }}),
       medium_(*this, {*this, Movie_, playlist_, list_windows_, settings_, session_, dialogs_,
                       parts.pump, shell_, parts.time, parts.text}),
+      visual_(*this, {*this, Movie_, settings_, session_, parts.folder, parts.time, parts.pump,
+                      windows_, parts.text, timers_[MainTimer::UpdateVuRunning],
+                      [this](QWidget& window) { Adopt(window); }}),
       time_display_(Movie_, settings_, parts.text, view_),
-      sliders_(models_, Movie_, settings_, session_, time_display_, parts.text, view_, *this),
+      sliders_(models_, Movie_, settings_, session_, time_display_, parts.text, view_, visual_),
       status_(view_, Movie_, dialogs_, parts.pump, timers_[MainTimer::tmrCheckBuffering],
               timers_[MainTimer::tmrCheckBufferingTimeout]),
       information_(
           view_, settings_, session_, parts.text, [this] { return PlaylistCount(); }, readers_),
       disp_events_(information_, *this, shell_),
       marks_(Movie_, session_, models_.Scroller1, view_),
-      transport_(Movie_, settings_, session_, marks_, parts.pump, playlist_, *this, *this, *this),
+      transport_(Movie_, settings_, session_, marks_, parts.pump, playlist_, *this, visual_, *this),
       wheel_(Movie_, transport_, models_.Scroller2),
       tick_(Movie_, settings_, session_, models_.Scroller1, sliders_, transport_, playlist_),
       movie_events_(*this, parts.pump),
@@ -93,11 +96,11 @@ frmMain::frmMain(const ProgramParts& parts)
       run_once_(RunOnce::UserFolder()),
       forms_({*this, parts.folder, shell_, windows_, settings_, session_,
               [this] { RefreshColors(); }, [this](QWidget& window) { Adopt(window); }}),
-      menu_(settings_, *this, parts.text, parts.folder, *this),
+      menu_(settings_, visual_, parts.text, parts.folder, *this),
       commands_(menu_.Model(), settings_, session_, dialogs_, parts.pump, parts.time,
                 {timers_[MainTimer::mnuTimer], timers_[MainTimer::ToggleFullscreenTimer],
                  timers_[MainTimer::UnloadTimer]},
-                {*this, *this, *this, *this, *this}),
+                {*this, *this, *this, *this, visual_}),
       keys_(Movie_, session_, {models_.Scroller1, models_.Scroller2, models_.Scroller3}, commands_,
             *this) {
   setObjectName(QStringLiteral("frmMain"));
@@ -108,6 +111,8 @@ frmMain::frmMain(const ProgramParts& parts)
   Movie_.SetEvents(&movie_events_);
   menu_.SetOnClick([this](int id) { commands_.MENU_Click(id); });
   view_.on_tray_tip = [this](const std::string& text) { screen_.Tray().SetTip(text); };
+  view_.PlaceMeter(visual_.VuMeter1());
+  visual_.VuMeter1().Events().OLEDragDrop = [this](QDropEvent& drop) { medium_.Drop(drop); };
   view_.Panel().SetGraph(cpu_graph_.Chart());
   ConnectPanel();
   parts_.engine.Video().SetFirstPictureListener([this] { parts_.trace.Write("first-frame"); });
@@ -154,7 +159,7 @@ void frmMain::Form_Load() {
   screen_.CollapsePanel();
   sliders_.Configure();
   sliders_.Connect();
-  const int plugins = ScanPlugins();
+  const int plugins = visual_.ScanPlugins();
   settings_life_.LoadSettings();
   if (session_.Unloading) return;
   if (plugins == 0) settings_.UseExternalPlugin = FromBool(false);
@@ -162,8 +167,7 @@ void frmMain::Form_Load() {
   RefreshColors();
   transport_.SetRepeatButtonColor();
   settings_life_.UpdateSettings();
-  LoadIcons();
-  if (IsOn(settings_.UseExternalPlugin) && !settings_.PluginProgId.empty()) LoadExternalPlugin();
+  visual_.Hosting().LoadExternalPlugin();
   if (!parts_.start_up.IsDebugMode()) StartWheelHook();
   screen_.PlaceWindow();
   if (settings_.PlaylistFile.empty()) {
@@ -174,7 +178,7 @@ void frmMain::Form_Load() {
   playlist_.Files().LoadPlaylist(settings_.PlaylistFile);
   if (session_.Unloading) return;
   if (IsOn(settings_.PlaylistVisible)) ShowPlaylistWindow();
-  if (IsOn(settings_.VumeterVisible)) ShowMeterWindow();
+  if (IsOn(settings_.VumeterVisible)) visual_.ShowMeterWindow();
   view_.SetLogoVisible(true);
   if (IsOn(settings_.FullScreen)) {
     // Left in full screen: the toggle goes back there, and until it has the panel is shown.
@@ -184,7 +188,7 @@ void frmMain::Form_Load() {
   } else {
     ScaleMovie(false);
   }
-  SetMeterStyle(settings_.PluginStyle);
+  visual_.MainMeter().SetStyle(settings_.PluginStyle);
   const auto state = static_cast<WindowState>(settings_.LastWindowState);
   session_.StartingUp = false;
   Form_Resize();
@@ -227,6 +231,7 @@ void frmMain::RefreshColors() {
   menu_.ApplyColors(settings_.Colors);
   list_windows_.UpdateColors();
   cpu_graph_.SetColors(settings_.Colors);
+  visual_.SetColors(QApplication::palette());
 }
 
 void frmMain::OnTimer(MainTimer timer) {
@@ -251,6 +256,7 @@ void frmMain::OnTimer(MainTimer timer) {
       Row{MainTimer::FadeInTimer, false, [](frmMain& form) { form.FadeIn(); }},
       Row{MainTimer::PlayFromPlaylist, false,
           [](frmMain& form) { form.playlist_.Steps().OnPlayFromPlaylist(); }},
+      Row{MainTimer::DemoTimer, false, [](frmMain& form) { form.visual_.Hosting().DemoTick(); }},
       Row{MainTimer::mnuTimer, false, [](frmMain& form) { form.commands_.OnmnuTimer(); }},
   };
   if (screen_.OnTimer(timer)) return;
@@ -360,7 +366,8 @@ void frmMain::dropEvent(QDropEvent* event) {
 
 // The wheel over another window of the program, where nothing there has a use for it.
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::Wheel || watched == this) return QWidget::eventFilter(watched, event);
+  if (event->type() != QEvent::Wheel || watched == this)
+    return QWidget::eventFilter(watched, event);
   wheelEvent(static_cast<QWheelEvent*>(event));
   return true;
 }

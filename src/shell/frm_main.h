@@ -29,6 +29,7 @@
 #include "shell/time_display.h"
 #include "shell/trace.h"
 #include "shell/transport.h"
+#include "shell/visual_room.h"
 #include "shell/wheel_seek.h"
 #include "state/session.h"
 #include "state/settings.h"
@@ -70,16 +71,13 @@ class frmMain : public QWidget,
                 private MediumRoomHost,
                 private ScreenRoomHost,
                 private TransportMenu,
-                private TransportVisuals,
+                private VisualRoomHost,
                 private TransportDisplay,
-                private SliderMeter,
                 private MovieView,
-                private MenuPlugins,
                 private CommandTransport,
                 private CommandMedium,
                 private CommandWindow,
                 private CommandForms,
-                private CommandVisuals,
                 private KeyHost,
                 private DispHost {
   Q_OBJECT
@@ -124,10 +122,6 @@ class frmMain : public QWidget,
   void OnTimer(MainTimer timer);
   void FadeIn();
   void TracePosition();
-  int ScanPlugins();
-  void LoadExternalPlugin();
-  void LoadIcons();
-  void SetMeterStyle(int style);
   void StartWheelHook();
   void Adopt(QWidget& window);
   void DockWindow();
@@ -200,13 +194,9 @@ class frmMain : public QWidget,
   void SetMenuEnabled(std::string_view key, bool enabled) override;
   void PopUpMainMenu() override;
 
-  // TransportVisuals, SliderMeter
-  bool StopMeter() override;
-  void StartMeter() override;
-  void CyclePlugins() override;
-  void ReleasePlugin() override;
-  void PrepareVUStop() override;
-  void PrepareVUStart() override;
+  // VisualRoomHost
+  void WheelElsewhere(QWheelEvent& event) override;
+  void KeyUpElsewhere(QKeyEvent& event) override;
 
   // TransportDisplay
   void ShowStatus(int kind) override;
@@ -221,11 +211,6 @@ class frmMain : public QWidget,
   void SetVuMeter1Visible(bool visible) override;
   void SetLogoVisible(bool visible) override;
   void ExtPluginMediaChanged() override;
-
-  // MenuPlugins
-  int Count() const override;
-  std::string Name(int index) const override;
-  std::string Key(int index) const override;
 
   // CommandTransport
   void PlaylistSetPrevious(bool to_first, bool immediate) override;
@@ -252,11 +237,6 @@ class frmMain : public QWidget,
   void ShowPlugins() override;
   void ShowHelp() override;
   void ClosePlaylistWindow() override;
-
-  // CommandVisuals
-  void StopVuMeter1() override;
-  void ShowMeterWindow() override;
-  void SetExPlugIn(int Index) override;
 
   // KeyHost
   void PrepareMedia() override;
@@ -288,6 +268,7 @@ class frmMain : public QWidget,
   PlaylistRoom playlist_;
   ListWindows list_windows_;
   MediumRoom medium_;
+  VisualRoom visual_;
   TimeDisplay time_display_;
   Sliders sliders_;
   StatusOverlay status_;

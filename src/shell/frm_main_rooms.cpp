@@ -158,6 +158,7 @@ void frmMain::UnloadOtherForms() {
   menu_.Close();
   list_windows_.UnloadAll();
   medium_.UnloadAll();
+  visual_.UnloadAll();
   forms_.UnloadAll();
 }
 TransportDisplay::PlaylistWindow frmMain::StateOfPlaylistWindow() const {
@@ -197,53 +198,52 @@ bool frmMain::ShowOptions() {
 void frmMain::ShowColors() {
   forms_.ShowColors();
 }
-void frmMain::ShowPlugins() {}
-void frmMain::LoadIcons() {}
 
 // --- Level meter, plug-ins and CPU graph
 
-int frmMain::Count() const {
-  return 0;
+void frmMain::ShowPlugins() {
+  visual_.ShowPlugins();
 }
-std::string frmMain::Name(int /*index*/) const {
-  return {};
+void frmMain::ConfigPlugin() {
+  visual_.ConfigPlugin();
 }
-std::string frmMain::Key(int /*index*/) const {
-  return {};
+void frmMain::SetVumeterVisible() {
+  visual_.SetVumeterVisible();
 }
-int frmMain::ScanPlugins() {
-  return 0;
+void frmMain::SetMeterSampleRate(int hertz) {
+  visual_.MainMeter().SetSampleRate(hertz);
 }
-void frmMain::LoadExternalPlugin() {}
-void frmMain::SetExPlugIn(int /*Index*/) {}
-void frmMain::ConfigPlugin() {}
-void frmMain::ShowMeterWindow() {}
-void frmMain::SetMeterStyle(int /*style*/) {}
-void frmMain::SetVumeterVisible() {}
-void frmMain::SetMeterSampleRate(int /*hertz*/) {}
-void frmMain::UpdateMeterWindow() {}
-void frmMain::UpdateMainMeter() {}
+void frmMain::UpdateMeterWindow() {
+  visual_.Hosting().UpdateMeterWindow();
+}
+void frmMain::UpdateMainMeter() {
+  visual_.Hosting().UpdateMainMeter();
+}
 void frmMain::AdjustView() {
   if (State() != WindowState::kMinimised) {
     cpu_graph_.SetVisible(IsOn(settings_.CpuGraph));
     view_.Panel().SetGraphVisible(IsOn(settings_.CpuGraph));
   }
+  visual_.MainMeter().SetStyle(settings_.VuMeterStyle + 1);
 }
 void frmMain::UpdateTrendChart() {
   cpu_graph_.UpdateTrendChart(settings_);
 }
-bool frmMain::StopMeter() {
-  return false;
+void frmMain::SetVuMeter1Visible(bool visible) {
+  visual_.MainMeter().SetVisible(visible);
 }
-void frmMain::StartMeter() {}
-void frmMain::StopVuMeter1() {}
-void frmMain::CyclePlugins() {}
-void frmMain::ReleasePlugin() {}
-void frmMain::PrepareVUStop() {}
-void frmMain::PrepareVUStart() {}
-void frmMain::SetVuMeter1Visible(bool /*visible*/) {}
-void frmMain::PutAwayVuMeter1() {}
-void frmMain::ExtPluginMediaChanged() {}
+void frmMain::PutAwayVuMeter1() {
+  visual_.Hosting().PutAwayVuMeter1();
+}
+void frmMain::ExtPluginMediaChanged() {
+  visual_.Hosting().ExtPluginMediaChanged();
+}
+void frmMain::WheelElsewhere(QWheelEvent& event) {
+  wheelEvent(&event);
+}
+void frmMain::KeyUpElsewhere(QKeyEvent& event) {
+  keyReleaseEvent(&event);
+}
 bool frmMain::FlipDemoTimer() {
   Timer& timer = timers_[MainTimer::DemoTimer];
   timer.SetEnabled(!timer.Enabled());

@@ -11,10 +11,8 @@ namespace {
 
 // Runs on a thread that may outlive its owner, so it owns what it uses.
 DetailsReadAhead::Read ReadDetails(const TextPlatform& text) {
-  return [readers = TagLibReaders(), cases = TextPlatformQt(),
-          separator = text.DecimalSeparator()](const std::string& path) {
-    return ReadMediaDetails(path, readers, cases, separator);
-  };
+  return [readers = TagLibReaders(), cases = TextPlatformQt(), separator = text.DecimalSeparator()](
+             const std::string& path) { return ReadMediaDetails(path, readers, cases, separator); };
 }
 
 }  // namespace
@@ -128,8 +126,8 @@ void ListWindows::CopyFiles(const std::vector<std::string>& files) {
     if (copy_ != nullptr) copy_->raise();
     return;
   }
-  copy_ = new frmCopy(files, parts_.timers, parts_.text, parts_.session.CopyWindowOpen,
-                      &parts_.form);
+  copy_ =
+      new frmCopy(files, parts_.timers, parts_.text, parts_.session.CopyWindowOpen, &parts_.form);
   copy_->Form_Load();
 }
 

@@ -61,7 +61,8 @@ class ListWindows : private PlaylistWindowHost,
   ListWindows& operator=(const ListWindows&) = delete;
   ~ListWindows();
 
-  // `frmPlaylist`: shows it, makes it at need; restores it and gives it the keyboard; takes it down.
+  // `frmPlaylist`: shows it, makes it at need; restores it and gives it the keyboard; takes it
+  // down.
   void ShowPlaylist();
   void FocusPlaylist();
   void ClosePlaylist();

@@ -48,6 +48,12 @@ void MainView::PlaceRender(int width, int height) {
   render_->setGeometry(area);
   imgLogo_->setGeometry(area);
   picInfo_->setGeometry(area);
+  if (VuMeter1_ != nullptr) VuMeter1_->setGeometry(area);
+}
+
+void MainView::PlaceMeter(QWidget& meter) {
+  VuMeter1_ = &meter;
+  meter.stackUnder(picInfo_);
 }
 
 void MainView::ApplyColors(const std::array<std::int32_t, kColorSlots>& colors) {

@@ -31,6 +31,9 @@ class MainView : public OpenerView,
   // `art` answers the whole path of a drawing.
   MainView(QWidget& form, VideoSurfaces& surfaces, MessagePump& pump, MainPanel::ArtFile art);
 
+  // Takes the meter in, which covers the movie area where it shows.
+  void PlaceMeter(QWidget& meter);
+
   VideoSurface& Surface() { return *render_; }
   MainPanel& Panel() { return *panel_; }
   SliderModels Models();
@@ -85,6 +88,7 @@ class MainView : public OpenerView,
   MainPanel::ArtFile art_;
   VideoSurface* render_;
   PictureView* imgLogo_;
+  QWidget* VuMeter1_ = nullptr;
   StatusStrip* picInfo_;
   MainPanel* panel_;
 };

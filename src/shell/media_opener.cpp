@@ -32,7 +32,13 @@ void MediaOpener::OpenFile(const std::string& File, OpenArguments arguments) {
   parts_.session.SlowMoveDetected = false;
   if (path.empty()) {
     // What was opened meanwhile does not count here: the user is still to choose.
-    if (parts_.session.Unloading || !AskForFile(path) || parts_.session.Unloading) return;
+    if (parts_.session.Unloading) return;
+    const bool chosen = AskForFile(path);
+    if (parts_.session.Unloading) return;
+    if (!chosen) {
+      host_.UpdateFileDisp("");  // nothing is loading
+      return;
+    }
     arguments.KeepWindowSize = false;
   } else if (Overtaken(before)) {
     return;

@@ -13,9 +13,8 @@ MediumRoom::MediumRoom(MediumRoomHost& host, const Parts& parts)
     : host_(host),
       parts_(parts),
       drops_(*this, parts.playlist.Adding(), parts.settings, parts.session, parts.dialogs),
-      current_(*this,
-               {parts.Movie, parts.playlist.Playlist(), parts.settings, parts.session,
-                parts.dialogs, parts.pump, parts.services, parts.text}),
+      current_(*this, {parts.Movie, parts.playlist.Playlist(), parts.settings, parts.session,
+                       parts.dialogs, parts.pump, parts.services, parts.text}),
       colors_(parts.form.palette()) {}
 
 MediumRoom::~MediumRoom() {

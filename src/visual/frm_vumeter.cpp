@@ -59,7 +59,7 @@ frmVumeter::frmVumeter(const Parts& parts, std::unique_ptr<AudioCapture> capture
 
 frmVumeter::~frmVumeter() {
   // Deleted without having been closed, with its owner.
-  QueryUnload(UnloadMode::kProgram);
+  QueryUnload(MeterUnloadMode::kProgram);
 }
 
 void frmVumeter::Form_Load() {
@@ -71,16 +71,16 @@ void frmVumeter::Form_Load() {
 }
 
 void frmVumeter::Form_Unload(bool session) {
-  QueryUnload(session ? UnloadMode::kSession : UnloadMode::kProgram);
+  QueryUnload(session ? MeterUnloadMode::kSession : MeterUnloadMode::kProgram);
   close();
 }
 
-void frmVumeter::QueryUnload(UnloadMode mode) {
+void frmVumeter::QueryUnload(MeterUnloadMode mode) {
   if (!std::exchange(unloaded_, true)) rules_.Form_QueryUnload(mode);
 }
 
 void frmVumeter::closeEvent(QCloseEvent* event) {
-  QueryUnload(event->spontaneous() ? UnloadMode::kUser : UnloadMode::kProgram);
+  QueryUnload(event->spontaneous() ? MeterUnloadMode::kUser : MeterUnloadMode::kProgram);
   event->accept();
 }
 

@@ -85,7 +85,7 @@ class frmVumeter : public QWidget, private MeterWindowForm {
   void ShowPointer() override { parts_.windows.SetCursorHidden(false); }
   void EnableUpdateVuRunning() override { parts_.host.EnableUpdateVuRunning(); }
 
-  void QueryUnload(UnloadMode mode);
+  void QueryUnload(MeterUnloadMode mode);
 
   Parts parts_;
   DialogsQt dialogs_;

@@ -63,22 +63,22 @@ void MeterWindow::Form_Load() {
   if (parts_.state.VumeterOpen) UnloadTimer_->SetEnabled(true);
 }
 
-void MeterWindow::Form_QueryUnload(UnloadMode mode) {
+void MeterWindow::Form_QueryUnload(MeterUnloadMode mode) {
   Settings& settings = parts_.settings;
   PluginCatalogue& catalogue = parts_.hosting.Catalogue();
   UnloadTimer_->SetEnabled(false);
   parts_.state.VumeterOpen = false;
-  settings.VumeterVisible = FromBool(mode != UnloadMode::kUser && !ClosedByEscape_);
+  settings.VumeterVisible = FromBool(mode != MeterUnloadMode::kUser && !ClosedByEscape_);
   parts_.VuMeter1.Stop();
   parts_.hosting.SetWindowMeter(nullptr);
-  if (mode == UnloadMode::kUser && IsOn(settings.ShowVuMeter)) parts_.form.EnableUpdateVuRunning();
+  if (mode == MeterUnloadMode::kUser && IsOn(settings.ShowVuMeter)) parts_.form.EnableUpdateVuRunning();
   // The place is read before anything pumps: the window may be gone afterwards.
   SavePlace();
   if (!IsOn(settings.ShowVuMeter) && IsOn(settings.UseExternalPlugin) &&
       catalogue.CurrentPlugin()) {
     catalogue.DestroyPlugin();
   }
-  if (mode == UnloadMode::kUser) parts_.hosting.SetVumeterVisible();
+  if (mode == MeterUnloadMode::kUser) parts_.hosting.SetVumeterVisible();
 }
 
 void MeterWindow::SavePlace() {

@@ -44,7 +44,7 @@ class MeterWindowForm {
   virtual void EnableUpdateVuRunning() = 0;
 };
 
-enum class UnloadMode { kUser = 0, kProgram = 1, kSession = 2 };
+enum class MeterUnloadMode { kUser = 0, kProgram = 1, kSession = 2 };
 
 class MeterWindow {
  public:
@@ -68,7 +68,7 @@ class MeterWindow {
   // Tells when the sound cannot be had, and the window goes by itself then.
   void Form_Load();
   // The window ends; once.
-  void Form_QueryUnload(UnloadMode mode);
+  void Form_QueryUnload(MeterUnloadMode mode);
 
   // Virtual key code, and the sum of 1 Shift, 2 Ctrl, 4 Alt. True when the key means something.
   bool Form_KeyDown(int KeyCode, int Shift);

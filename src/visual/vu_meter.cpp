@@ -109,7 +109,6 @@ std::string VuMeter::Start() {
   const bool other_rate = format.samplespersec != format_.samplespersec;
   format_ = format;
   if (other_rate) ResetLevels();
-  newest_.assign(static_cast<std::size_t>(format.buffersizebytes), kSilentSample);
   last_tick_ = last_sound_ = timers_.Now();
   timer_->SetEnabled(true);
   return {};
@@ -137,13 +136,10 @@ void VuMeter::FillWithSilence() {
 void VuMeter::Tick() {
   capture_.Take(sound_);
   FillWithSilence();
-  const std::size_t size = newest_.size();
-  newest_.insert(newest_.end(), sound_.begin(), sound_.end());
-  newest_.erase(newest_.begin(), newest_.end() - static_cast<std::ptrdiff_t>(size));
 
   bool Cancel = false;
   if (Frame) {
-    samples_ = newest_;
+    samples_ = sound_;
     auto Count = static_cast<std::int32_t>(samples_.size());
     std::int32_t Level = 0;
     for (const std::uint8_t sample : samples_)

@@ -78,10 +78,10 @@ class VuMeter {
   VuMeter& operator=(const VuMeter&) = delete;
   ~VuMeter();
 
-  // Before each repaint: the samples of the newest buffer (unsigned, 128 is silence), their count,
-  // the highest distance from silence among them (0 to 128), and `Cancel`: true and the control
-  // paints nothing of its own. The samples are the handler's to change. It may stop the meter or
-  // end its life.
+  // Before each repaint: the samples since the frame before (unsigned, 128 is silence), their
+  // count, the highest distance from silence among them (0 to 128), and `Cancel`: true and the
+  // control paints nothing of its own. The samples are the handler's to change. It may stop the
+  // meter or end its life.
   std::function<void(std::vector<std::uint8_t>& Samples, std::int32_t& Count, std::int32_t Level,
                      bool& Cancel)>
       Frame;
@@ -128,7 +128,6 @@ class VuMeter {
   TimerSource::TimePoint last_tick_;
   TimerSource::TimePoint last_sound_;
   std::vector<std::uint8_t> sound_;
-  std::vector<std::uint8_t> newest_;  // the newest buffer
   std::vector<std::uint8_t> samples_;
   VuBars bars_;
   VuTrace trace_;

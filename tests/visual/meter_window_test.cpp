@@ -60,7 +60,7 @@ TEST_F(MeterWindowTest, OpensAsTheSettingsSay) {
   EXPECT_TRUE(own.running);
   EXPECT_EQ(window.caption, "One - Kestrelview");
   window.place.left = 20;
-  rules.Form_QueryUnload(UnloadMode::kUser);
+  rules.Form_QueryUnload(MeterUnloadMode::kUser);
   EXPECT_EQ(settings.VumeterLeft, 300);
   EXPECT_EQ(objects.alive, 0);
 }
@@ -76,16 +76,16 @@ TEST_F(MeterWindowTest, GoesByItselfWhenNothingCanBeHeard) {
 
 TEST_F(MeterWindowTest, ComesBackOnlyWhenTheProgramClosedIt) {
   struct Case {
-    UnloadMode mode;
+    MeterUnloadMode mode;
     bool escape;
     bool comes_back;
     bool takes_over;  // the meter of the main window
   };
   const Case cases[] = {
-      {UnloadMode::kUser, false, false, true},
-      {UnloadMode::kProgram, false, true, false},
-      {UnloadMode::kSession, false, true, false},
-      {UnloadMode::kProgram, true, false, false},
+      {MeterUnloadMode::kUser, false, false, true},
+      {MeterUnloadMode::kProgram, false, true, false},
+      {MeterUnloadMode::kSession, false, true, false},
+      {MeterUnloadMode::kProgram, true, false, false},
   };
   for (const Case& row : cases) {
     SCOPED_TRACE(static_cast<int>(row.mode));
