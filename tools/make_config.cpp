@@ -52,10 +52,6 @@ constexpr SlotColor kColors[] = {
     {32, 0x28324A},  // graph grid
 };
 
-// Pixels, in the order of the list's columns; together they fit a window on a small screen.
-constexpr double kColumnWidths[kv::kPlaylistColumns] = {40,  260, 60, 75, 140, 140,
-                                                        180, 85,  65, 85, 75,  45};
-
 kv::Settings FactorySettings() {
   constexpr kv::SettingsBool kOn = kv::FromBool(true);
   kv::Settings settings;
@@ -87,7 +83,7 @@ kv::Settings FactorySettings() {
   settings.PlaylistShowDetails = kOn;
   settings.FindPlaying = kOn;
   for (std::size_t i = 0; i < kv::kPlaylistColumns; ++i) {
-    settings.PlaylistColumnWidth[i] = kColumnWidths[i] * kTwipsPerPixel;
+    settings.PlaylistColumnWidth[i] = 0;  // as wide as the user's font needs
     settings.PlaylistColumnPosition[i] = static_cast<std::int32_t>(i + 1);
   }
 

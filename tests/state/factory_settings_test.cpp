@@ -40,7 +40,7 @@ TEST(FactorySettings, AreWholeAndAgreeWithTheDefaultScheme) {
   std::sort(positions.begin(), positions.end());
   for (std::size_t i = 0; i < positions.size(); ++i) {
     EXPECT_EQ(positions.at(i), static_cast<int>(i) + 1);
-    EXPECT_GT(settings.PlaylistColumnWidth.at(i), 0);
+    EXPECT_EQ(settings.PlaylistColumnWidth.at(i), 0);  // the window knows the font
   }
 
   std::string scheme;
