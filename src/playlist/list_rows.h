@@ -42,23 +42,24 @@ enum class PlaylistColumn : int {
 struct PlaylistColumnInfo {
   PlaylistColumn column;
   std::string_view title;
-  bool right_aligned;  // numbers
-  int width;           // twips, until the user has chosen another
+  bool right_aligned;      // numbers
+  int width;               // twips, until the user has chosen another
+  std::string_view uncut;  // a text that is never cut in that width, whatever the font
 };
 
 inline constexpr std::array<PlaylistColumnInfo, kPlaylistColumns> kPlaylistColumnTable = {{
-    {PlaylistColumn::kNo, "No", true, 750},
-    {PlaylistColumn::kFilename, "Filename", false, 4500},
-    {PlaylistColumn::kTime, "Time", true, 1050},
-    {PlaylistColumn::kFileSize, "File size", true, 1200},
-    {PlaylistColumn::kArtist, "Artist", false, 2100},
-    {PlaylistColumn::kAlbum, "Album", false, 2100},
-    {PlaylistColumn::kTitle, "Title", false, 2700},
-    {PlaylistColumn::kGenre, "Genre", false, 1350},
-    {PlaylistColumn::kBitrate, "Bitrate", true, 900},
-    {PlaylistColumn::kMode, "Mode", false, 1350},
-    {PlaylistColumn::kFrequency, "Frequency", true, 1200},
-    {PlaylistColumn::kExt, "Ext.", false, 750},
+    {PlaylistColumn::kNo, "No", true, 750, "0000"},
+    {PlaylistColumn::kFilename, "Filename", false, 4500, "Filename"},
+    {PlaylistColumn::kTime, "Time", true, 1050, "00:00:00"},
+    {PlaylistColumn::kFileSize, "File size", true, 1200, "1000.00 MB"},
+    {PlaylistColumn::kArtist, "Artist", false, 2100, "Artist"},
+    {PlaylistColumn::kAlbum, "Album", false, 2100, "Album"},
+    {PlaylistColumn::kTitle, "Title", false, 2700, "Title"},
+    {PlaylistColumn::kGenre, "Genre", false, 1350, "Genre"},
+    {PlaylistColumn::kBitrate, "Bitrate", true, 900, "Bitrate"},
+    {PlaylistColumn::kMode, "Mode", false, 1350, "Joint stereo"},
+    {PlaylistColumn::kFrequency, "Frequency", true, 1200, "Frequency"},
+    {PlaylistColumn::kExt, "Ext.", false, 750, "Ext."},
 }};
 
 // Sub-items 1 to kLastSubItem stand behind the row's own text.

@@ -1,5 +1,7 @@
 #include "playlist/playlist_view.h"
 
+#include "system/text_platform_qt.h"
+
 #include <QAccessible>
 #include <QContextMenuEvent>
 #include <QDropEvent>
@@ -20,6 +22,7 @@ namespace {
 constexpr int kTwips = 15;  // to a pixel
 constexpr int kNarrowest = 24;
 constexpr int kWidest = 4000;
+constexpr int kManyRows = 256;  // that change their selection at once
 constexpr const char* kUriList = "text/uri-list";
 
 constexpr std::array<int, 8> kMovingKeys = {Qt::Key_Up,       Qt::Key_Down, Qt::Key_PageUp,
@@ -120,10 +123,8 @@ void PlaylistView::LoadColumns(const Settings& settings) {
     order[i] = static_cast<int>(i);
     double twips = settings.PlaylistColumnWidth[i];
     if (!stored || !(twips > 0)) {
-      // In the user's font a number must not be cut.
       const PlaylistColumnInfo& column = kPlaylistColumnTable[i];
-      const char* const sample = i == 0 ? "0000" : column.right_aligned ? "00:00:00" : "";
-      const int needed = delegate_->WidthFor(QLatin1String(sample), order[i]);
+      const int needed = delegate_->WidthFor(ToQString(column.uncut), order[i]);
       twips = std::max(column.width, needed * kTwips);
     }
     const double pixels =
@@ -212,6 +213,12 @@ void PlaylistView::selectionChanged(const QItemSelection& selected,
 
 void PlaylistView::FollowRows(int first, int last) {
   if (following_ || last < first || last > model_.rowCount()) return;
+  // To take many rows out of the toolkit's selection costs the square of their gaps.
+  const bool anew = last - first >= kManyRows;
+  if (anew) {
+    first = 1;
+    last = model_.rowCount();
+  }
   QItemSelection on;
   QItemSelection off;
   for (int begin = first; begin <= last;) {
@@ -219,12 +226,16 @@ void PlaylistView::FollowRows(int first, int last) {
     int end = begin;
     while (end < last && rows_.IsSelected(end + 1) == selected) ++end;
     (selected ? on : off)
-        .select(model_.index(begin - 1, 0), model_.index(end - 1, model_.columnCount() - 1));
+        .append({model_.index(begin - 1, 0), model_.index(end - 1, model_.columnCount() - 1)});
     begin = end + 1;
   }
   following_ = true;
-  selectionModel()->select(off, QItemSelectionModel::Deselect);
-  selectionModel()->select(on, QItemSelectionModel::Select);
+  if (anew) {
+    selectionModel()->select(on, QItemSelectionModel::ClearAndSelect);
+  } else {
+    selectionModel()->select(off, QItemSelectionModel::Deselect);
+    selectionModel()->select(on, QItemSelectionModel::Select);
+  }
   following_ = false;
   // The keys go on from a row that is selected.
   if (!on.isEmpty() && !rows_.IsSelected(currentIndex().row() + 1)) {

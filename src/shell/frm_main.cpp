@@ -443,6 +443,7 @@ void frmMain::RegisterRestart() {
 }
 
 void frmMain::SaveSettings() {
+  visual_.EndSession();  // nothing, if the windows have been unloaded
   settings_life_.SaveSettings(parts_.start_up.CommandLine());
 }
 

@@ -146,6 +146,7 @@ void frmMain::UpdateSettings() {
 // --- The other windows
 
 void frmMain::ShowAbout() {
+  forms_.SetColors();  // a first run shows it before anything else has its colours
   forms_.ShowAbout();
 }
 void frmMain::ShowHelp() {
@@ -230,7 +231,7 @@ void frmMain::UpdateTrendChart() {
   cpu_graph_.UpdateTrendChart(settings_);
 }
 void frmMain::SetVuMeter1Visible(bool visible) {
-  visual_.MainMeter().SetVisible(visible);
+  visual_.Hosting().ShowVuMeter1(visible);
 }
 void frmMain::PutAwayVuMeter1() {
   visual_.Hosting().PutAwayVuMeter1();

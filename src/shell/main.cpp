@@ -8,6 +8,7 @@
 #include "shell/start_up.h"
 #include "shell/termination.h"
 #include "shell/trace.h"
+#include "state/dialog_look_qt.h"
 #include "system/app_folder.h"
 #include "system/message_pump_qt.h"
 #include "system/priority.h"
@@ -58,6 +59,9 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
     qputenv("QT_XCB_GL_INTEGRATION", "none");
   }
   QApplication application(argc, argv);
+  // Every window, box and dialog looks the same and takes the colours of the scheme; the styles of
+  // some desktops do not.
+  QApplication::setStyle(new kv::DialogStyle);
   // The engine reads and writes numbers in the C locale's form; texts for the user ask QLocale.
   std::setlocale(LC_NUMERIC, "C");
   QCoreApplication::setApplicationName(QStringLiteral("kestrelview"));

@@ -114,7 +114,9 @@ MainPanel::MainPanel(ArtFile art, MessagePump& pump, QWidget* parent)
   ic_https_->hide();
   pic_kvr_->hide();
   ic_https_->setToolTip(tr("Internet connection"));
+  ic_https_->setAccessibleName(ic_https_->toolTip());
   pic_kvr_->setToolTip(tr("Resume file"));
+  pic_kvr_->setAccessibleName(pic_kvr_->toolTip());
   MakeSmallSliders(pump);
 
   pic_time_ = new TimeStrip(this);

@@ -91,8 +91,16 @@ void VisualRoom::UnloadAll() {
   }
 }
 
+void VisualRoom::EndSession() {
+  if (window_ != nullptr) window_->Form_Unload(true);
+}
+
 bool VisualRoom::HasPicture() const {
-  return parts_.session.MovieWidth != 0 || parts_.session.MovieHeight != 0;
+  // The session still holds the last medium's while this one is being opened.
+  int width = 0;
+  int height = 0;
+  parts_.Movie.DS_GetMovieSize(width, height);
+  return width != 0 || height != 0;
 }
 
 }  // namespace kv

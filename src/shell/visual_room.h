@@ -56,7 +56,7 @@ class VisualRoom : public MenuPlugins,
   // All must outlive this object; `form` is the owner of every window.
   struct Parts {
     QWidget& form;
-    const clsDShowControl& Movie;
+    clsDShowControl& Movie;
     Settings& settings;
     const Session& session;
     const ProgramFolder& folder;
@@ -85,6 +85,8 @@ class VisualRoom : public MenuPlugins,
   void ShowPlugins() override;  // `frmPlugins`, modal
   void SetColors(const QPalette& colors);
   void UnloadAll();
+  // The login session ends, which unloads no window: the meter's comes back at the next start.
+  void EndSession();
 
   // MenuPlugins
   int Count() const override { return catalogue_.PluginCount(); }

@@ -374,6 +374,14 @@ int DialogStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
   }
 }
 
+// The buttons of boxes bear words alone, as all others do.
+int DialogStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                           QStyleHintReturn* more) const {
+  return hint == SH_DialogButtonBox_ButtonsHaveIcons
+             ? 0
+             : QProxyStyle::styleHint(hint, option, widget, more);
+}
+
 QSize DialogStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
                                     const QSize& size, const QWidget* widget) const {
   QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);

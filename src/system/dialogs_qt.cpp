@@ -7,6 +7,8 @@
 #include <QColorDialog>
 #include <QFile>
 #include <QFileDialog>
+#include <QFontMetrics>
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QStringList>
 
@@ -99,6 +101,18 @@ std::string FromName(const QString& name) {
   return QFile::encodeName(name).toStdString();
 }
 
+// A short question in a narrow box would have its title cut, which says what the question is about.
+void MakeRoomForTitle(QMessageBox& box) {
+  auto* const grid = qobject_cast<QGridLayout*>(box.layout());
+  if (grid == nullptr) return;
+  QFont font = box.font();
+  font.setBold(true);
+  const QFontMetrics metrics(font);
+  constexpr int kFrameLines = 8;  // icon and buttons of the frame, in heights of a line
+  const int width = metrics.horizontalAdvance(box.windowTitle()) + kFrameLines * metrics.height();
+  grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
 // A dialog for one question. While it is open its owner may be destroyed, and takes it along.
 template <typename T>
 class Modal {
@@ -110,6 +124,7 @@ class Modal {
 
   // Only before the dialog is shown, and after it was accepted.
   T* operator->() const { return dialog_.data(); }
+  T& operator*() const { return *dialog_; }
 
   // Shows it. True when the user accepted; a dialog that was destroyed meanwhile is rejected.
   bool Accepted() const { return dialog_->exec() == QDialog::Accepted; }
@@ -138,6 +153,7 @@ BoxAnswer DialogsQt::ShowMessageBox(const MessageBoxRequest& request) {
   box->setStandardButtons(set.buttons);
   box->setDefaultButton(set.first);
   box->setEscapeButton(set.escape);
+  MakeRoomForTitle(*box);
   const int button = box->exec();
   return AnswerOf(
       set.buttons.testFlag(static_cast<QMessageBox::StandardButton>(button)) ? button : set.escape);

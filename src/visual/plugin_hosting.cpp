@@ -154,6 +154,10 @@ void PluginHosting::PrepareVUStart() {
   if (MeterWasRunning_) StartMeter();
 }
 
+void PluginHosting::ShowVuMeter1(bool visible) {
+  parts_.VuMeter1.SetVisible(visible && !form_.HasPicture());
+}
+
 void PluginHosting::StopVuMeter1() {
   if (parts_.VuMeter1.Running()) parts_.VuMeter1.Stop();
 }

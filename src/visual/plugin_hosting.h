@@ -84,6 +84,8 @@ class PluginHosting {
   void PrepareVUStop() { MeterWasRunning_ = StopMeter(); }
   void PrepareVUStart();
 
+  // Shows or hides the meter of the main window, which never covers a picture.
+  void ShowVuMeter1(bool visible);
   // Stops the meter of the main window, hidden or not.
   void StopVuMeter1();
   // Hides it, too.

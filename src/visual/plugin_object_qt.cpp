@@ -120,6 +120,8 @@ class PluginObjectQt : public PluginObject {
     auto picture = std::make_shared<PluginPicture>();
     picture->width = image.width();
     picture->height = image.height();
+    picture->pixels.reserve(static_cast<std::size_t>(image.width()) *
+                            static_cast<std::size_t>(image.height()));
     for (int y = 0; y < image.height(); ++y) {
       const auto* const line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
       picture->pixels.insert(picture->pixels.end(), line, line + image.width());

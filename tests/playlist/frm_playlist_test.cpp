@@ -100,6 +100,21 @@ TEST_F(PlaylistWindowTest, SelectionIsOneInRowsAndView) {
   EXPECT_EQ(SelectedInView(), room.rows.SelectedRows());
 }
 
+TEST_F(PlaylistWindowTest, ManySeparateRowsAreOneSelectionToo) {
+  Texts items;
+  for (int i = 1; i <= 600; ++i) items.push_back("/m/" + std::to_string(i) + ".mp3");
+  room.OpenWith(items);
+  for (int row = 1; row <= 600; row += 2) room.rows.Select(row, true);
+  EXPECT_EQ(SelectedInView(), room.rows.SelectedRows());
+  room.rows.SelectRange(101, 500, false);
+  EXPECT_EQ(SelectedInView(), room.rows.SelectedRows());
+  EXPECT_EQ(SelectedInView().size(), 100U);
+  room.rows.SelectOnly(550);
+  EXPECT_EQ(SelectedInView(), Rows{550});
+  room.rows.SelectAll();
+  EXPECT_EQ(SelectedInView().size(), 600U);
+}
+
 TEST_F(PlaylistWindowTest, HeaderSortsAndDoubleClickPlays) {
   OpenLetters();
   PlaylistView& view = room.View();

@@ -62,6 +62,16 @@ TEST(DialogsQt, BoxesAnswerAndShowPlainText) {
   }
 }
 
+TEST(DialogsQt, ABoxIsAsWideAsItsTitle) {
+  DialogsQt dialogs;
+  const std::string title = "A title much longer than the question below it";
+  WhenOpen<QMessageBox>([&title](QMessageBox& box) {
+    EXPECT_GT(box.width(), box.fontMetrics().horizontalAdvance(QString::fromStdString(title)));
+    box.close();
+  });
+  dialogs.ShowMessageBox({"x", BoxIcon::kNone, BoxButtons::kOk, title});
+}
+
 TEST(DialogsQt, TheOwnerMayGoWhileABoxIsOpen) {
   auto* const owner = new QWidget;
   DialogsQt dialogs(owner);

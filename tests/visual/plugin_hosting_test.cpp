@@ -115,6 +115,18 @@ TEST_F(PluginHostingTest, APictureTakesThePluginAwayAndSoundBringsItBack) {
   EXPECT_FALSE(meter.running || meter.visible);
 }
 
+TEST_F(PluginHostingTest, NeverCoversAPicture) {
+  // While its window is to come back nothing else would put it away again.
+  settings.VumeterVisible = FromBool(true);
+  form.picture = true;
+  hosting.ShowVuMeter1(true);
+  hosting.SetVumeterVisible();
+  EXPECT_FALSE(meter.visible);
+  form.picture = false;
+  hosting.ShowVuMeter1(true);
+  EXPECT_TRUE(meter.visible);
+}
+
 TEST_F(PluginHostingTest, FramesGoToThePluginWithTheLiveColours) {
   Scan();
   std::vector<std::uint8_t> samples(64, 128);
