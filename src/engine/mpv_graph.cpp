@@ -366,7 +366,9 @@ void MpvGraph::OnCommandReply(const mpv_event& event) {
         entry_ = result.u.list->values[i].u.int64;
       }
     }
-  } else if (event.reply_userdata == seek_request_ && event.error < 0) {
+  } else if (event.reply_userdata == seek_request_) {
+    seek_request_ = 0;
+    if (event.error >= 0) return;
     // The medium cannot be moved: the clock goes on from where it really is.
     confirm_request_ = engine_.Core().Ask("time-pos", MPV_FORMAT_DOUBLE);
   }
@@ -413,9 +415,12 @@ void MpvGraph::OnEndFile(const mpv_event_end_file& end) {
 
 void MpvGraph::OnPlaybackRestart() {
   if (started_ != entry_) return;
-  // A jump from the end to the end is no change of the observed property.
-  ended_request_ = engine_.Core().Ask("eof-reached", MPV_FORMAT_FLAG);
-  confirm_request_ = engine_.Core().Ask("time-pos", MPV_FORMAT_DOUBLE);
+  // The restart of an earlier jump, or of the load, says nothing about one that has been sent since.
+  if (seek_request_ == 0) {
+    // A jump from the end to the end is no change of the observed property.
+    ended_request_ = engine_.Core().Ask("eof-reached", MPV_FORMAT_FLAG);
+    confirm_request_ = engine_.Core().Ask("time-pos", MPV_FORMAT_DOUBLE);
+  }
   if (phase_ == Phase::kPreparing && video_request_ == 0) {
     // Everything decodes by now; a video track that gave no picture will give none.
     has_video_track_ = has_video_track_ && size_.width > 0;

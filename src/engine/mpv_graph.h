@@ -39,7 +39,7 @@ struct MpvGraphState {
 
   // Playing
   PlayingClock clock_;
-  std::uint64_t seek_request_ = 0;     // the last seek sent
+  std::uint64_t seek_request_ = 0;     // the last seek sent, until it is answered
   std::uint64_t confirm_request_ = 0;  // the question for the position that it led to
   std::uint64_t ended_request_ = 0;    // and the one whether that is the end
   double rate_ = 1.0;

@@ -15,6 +15,13 @@
 namespace kv {
 namespace {
 
+bool HasBareLineEnds(std::string_view text) {
+  for (std::size_t at = text.find('\n'); at != text.npos; at = text.find('\n', at + 1)) {
+    if (at == 0 || text[at - 1] != '\r') return true;
+  }
+  return false;
+}
+
 constexpr const char* kLastFolderName = "LastPlaylistPath";
 
 // The local name of a fetched playlist; it and the file that reserves it go with this object.
@@ -86,6 +93,8 @@ PlaylistFiles::Outcome PlaylistFiles::Load(const std::string& path) {
       return Outcome::kUnreadable;
     }
     unread_files_.erase(path);
+    // Lines that end otherwise than the format has it come together as one, and most are left out.
+    if (HasBareLineEnds(text)) unread_files_.insert(path);
     return Fill(path, text, ++last_load_);
   }
   const std::uint64_t number = ++last_load_;

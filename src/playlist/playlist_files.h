@@ -100,7 +100,8 @@ class PlaylistFiles {
   std::uint64_t last_load_ = 0;  // number of the load that began last
   bool filling_ = false;         // the list holds a part of what it was loaded from
   bool asked_to_load_ = false;   // before that an empty list only means that nothing is loaded yet
-  std::set<std::string> unread_files_;  // playlists that could not be read
+  // Playlists that could not be read, or not in full: saving the list would lose what they hold.
+  std::set<std::string> unread_files_;
 };
 
 }  // namespace kv

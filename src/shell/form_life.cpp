@@ -85,6 +85,8 @@ bool FormLife::Form_QueryUnload(UnloadMode mode) {
   try {
     if (IsOn(settings_.SavePlaylist) && !SettingsSaved_) {
       host_.SavePlaylist(settings_.PlaylistFile);
+      // What could not be saved is not given up without a word, as long as there is one to ask.
+      if (session_.PlaylistDirty && mode == UnloadMode::kUser && !AskToSavePlaylist()) return false;
     } else if (session_.PlaylistDirty && !AskToSavePlaylist()) {
       return false;
     }

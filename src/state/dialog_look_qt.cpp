@@ -43,6 +43,11 @@ bool Has(const QStyleOption& option, QStyle::StateFlag flag) {
   return option.state.testFlag(flag);
 }
 
+// Has the focus, and the user works with the keyboard.
+bool HasKeys(const QStyleOption& option) {
+  return Has(option, QStyle::State_HasFocus) && Has(option, QStyle::State_KeyboardFocusChange);
+}
+
 // A rectangle whose outline of `width` falls on whole pixels.
 QRectF Inner(const QRect& rect, double width) {
   return QRectF(rect).adjusted(width / 2, width / 2, -width / 2, -width / 2);
@@ -122,6 +127,8 @@ Ink InkOfButton(const QStyleOption& option, bool first) {
   if (!Has(option, QStyle::State_Enabled)) {
     ink.edge = Blend(ink.edge, palette.color(QPalette::Window), kFaded);
   }
+  if (HasKeys(option))
+    ink = {Blend(ink.fill, text, kHover), palette.color(QPalette::BrightText), 2};
   return ink;
 }
 
@@ -153,11 +160,7 @@ void DrawTab(const QStyleOption& option, QPainter& painter) {
 }
 
 void DrawCombo(const QStyleOptionComboBox& option, QPainter& painter) {
-  const bool focus =
-      Has(option, QStyle::State_HasFocus) && Has(option, QStyle::State_KeyboardFocusChange);
-  Ink ink = InkOfButton(option, focus);
-  if (focus) ink.width = 2.0;
-  DrawBox(painter, option.rect, ink, kRadius);
+  DrawBox(painter, option.rect, InkOfButton(option, false), kRadius);
   const double side = option.fontMetrics.height() * 0.22;
   const QPointF middle(option.direction == Qt::RightToLeft ? option.rect.left() + 3 * side
                                                            : option.rect.right() - 3 * side,

@@ -53,6 +53,7 @@ class FormLifeTest : public testing::Test, protected FormLifeHost {
   void SavePlaylist(const std::string& file) override {
     if (file == "/throws") throw std::runtime_error("No space left");
     log.push_back("save " + file);
+    if (file != "/m/kept.m3u") session.PlaylistDirty = false;
   }
   void SavePlaylistToggle() override {
     log.emplace_back("save as");
@@ -211,6 +212,19 @@ TEST_F(FormLifeTest, GoesDownInOrderAndOnce) {
   session.PlaylistDirty = true;
   EXPECT_TRUE(life.Form_QueryUnload(UnloadMode::kSessionEnd));  // too late for anything
   EXPECT_THAT(log, IsEmpty());
+}
+
+// A list whose file cannot be written, or must not be, is asked about after all.
+TEST_F(FormLifeTest, AsksWhenSavingWithoutAskingHasFailed) {
+  session.PlaylistDirty = true;
+  settings.SavePlaylist = FromBool(true);
+  settings.PlaylistFile = "/m/kept.m3u";
+  dialogs.WillAnswer(BoxAnswer::kCancel);
+  FormLife by_user(*this, movie, settings, session, dialogs, pump);
+  EXPECT_FALSE(by_user.Form_QueryUnload(UnloadMode::kUser));
+  EXPECT_FALSE(session.Unloading);
+  FormLife session_end(*this, movie, settings, session, dialogs, pump);
+  EXPECT_TRUE(session_end.Form_QueryUnload(UnloadMode::kSessionEnd)) << "nobody is there to ask";
 }
 
 TEST_F(FormLifeTest, AsksForAnUnsavedPlaylistUnlessItIsSavedWithoutAsking) {

@@ -3,6 +3,7 @@
 #include "controls/scroller.h"
 #include "state/color_slots.h"
 #include "state/desktop_entry.h"
+#include "state/dialog_look_qt.h"
 #include "state/frm_capture.h"
 #include "state/frm_colors.h"
 #include "state/frm_settings.h"
@@ -16,8 +17,10 @@
 #include <QComboBox>
 #include <QImage>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyleOption>
 #include <QTabWidget>
 #include <QTest>
 #include <QTreeWidget>
@@ -188,6 +191,31 @@ TEST_F(Options, TheKeyboardReachesEverything) {
   }
   // The three that belong to the graph need the graph.
   EXPECT_EQ(reached, OptionRows().size() - 3);
+}
+
+// Who works with keys sees where they go.
+TEST(DialogLook, ShowsWhatHasTheFocus) {
+  const DialogStyle style;
+  const auto picture = [](QStyle::State focus, auto option, auto draw) {
+    QImage image(120, 40, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    option.rect = image.rect();
+    option.state = QStyle::State_Enabled | focus;
+    QPainter painter(&image);
+    draw(option, painter);
+    return image;
+  };
+  constexpr QStyle::State kFocus = QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
+  const auto button = [&style](const QStyleOptionButton& option, QPainter& painter) {
+    style.drawControl(QStyle::CE_PushButton, &option, &painter, nullptr);
+  };
+  const auto combo = [&style](const QStyleOptionComboBox& option, QPainter& painter) {
+    style.drawComplexControl(QStyle::CC_ComboBox, &option, &painter, nullptr);
+  };
+  EXPECT_NE(picture(kFocus, QStyleOptionButton(), button),
+            picture(QStyle::State_None, QStyleOptionButton(), button));
+  EXPECT_NE(picture(kFocus, QStyleOptionComboBox(), combo),
+            picture(QStyle::State_None, QStyleOptionComboBox(), combo));
 }
 
 // Desktops offer a program only for the types that its entry declares.
