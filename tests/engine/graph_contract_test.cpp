@@ -11,8 +11,8 @@
 namespace kv {
 namespace {
 
-constexpr int kTick = 30;           // how often the player reads the position, milliseconds
-constexpr double kStartUp = 1.0;    // what a decoder and a busy machine may take to begin, seconds
+constexpr int kTick = 30;         // how often the player reads the position, milliseconds
+constexpr double kStartUp = 1.0;  // what a decoder and a busy machine may take to begin, seconds
 // A decoder ends while the last half second is still in the buffers of the sound output.
 constexpr double kAhead = 0.6;
 constexpr double kPatience = 10.0;  // seconds
