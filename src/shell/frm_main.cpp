@@ -102,7 +102,8 @@ frmMain::frmMain(const ProgramParts& parts)
                  timers_[MainTimer::UnloadTimer]},
                 {*this, *this, *this, *this, visual_}),
       keys_(Movie_, session_, {models_.Scroller1, models_.Scroller2, models_.Scroller3}, commands_,
-            *this) {
+            *this),
+      icons_(parts.time) {
   setObjectName(QStringLiteral("frmMain"));
   setFocusPolicy(Qt::StrongFocus);
   setAcceptDrops(true);
@@ -132,6 +133,7 @@ void frmMain::ConnectPanel() {
   }
   panel.on_menu = [this] { transport_.BottonPanel_MouseUp(kRightButton); };
   panel.on_disp_click = [this](int index) { disp_events_.Disp_Click(index); };
+  panel.on_disp_mouse_down = [this] { disp_events_.Disp_MouseDown(kRightButton); };
   panel.on_disp_move = [this](int index) { disp_events_.Disp_MouseMove(index); };
   for (const SliderKind kind :
        {SliderKind::kPosition, SliderKind::kVolume, SliderKind::kRate, SliderKind::kBalance}) {
@@ -167,6 +169,7 @@ void frmMain::Form_Load() {
   RefreshColors();
   transport_.SetRepeatButtonColor();
   settings_life_.UpdateSettings();
+  icons_.LoadIcons(session_.SupportedExtensions);
   visual_.Hosting().LoadExternalPlugin();
   if (!parts_.start_up.IsDebugMode()) StartWheelHook();
   screen_.PlaceWindow();
@@ -436,6 +439,7 @@ void frmMain::StopAllTimers() {
   timers_.StopAllTimers();
   trace_timer_.stop();
   screen_.StopTimers();
+  icons_.Stop();
 }
 
 void frmMain::RegisterRestart() {

@@ -12,6 +12,7 @@
 #include "shell/form_life.h"
 #include "shell/forms.h"
 #include "shell/hand_over.h"
+#include "shell/icon_loader.h"
 #include "shell/list_windows.h"
 #include "shell/main_menu.h"
 #include "shell/main_timers.h"
@@ -243,6 +244,7 @@ class frmMain : public QWidget,
   void DeleteCurFile() override;
   void ShowQuickSearch() override;
   void ConfigPlugin() override;
+  void SetVuMeterStyle() override;
   void ToggleFullScreen() override;
   bool FlipDemoTimer() override;
   void SetTempWindowCaption(const std::string& text) override;
@@ -289,6 +291,8 @@ class frmMain : public QWidget,
   MainMenu menu_;
   CommandRouter commands_;
   KeyRouter keys_;
+
+  IconLoader icons_;
 
   QTimer trace_timer_;
   int wheel_angle_ = 0;  // what is left over from whole notches, eighths of a degree

@@ -208,6 +208,9 @@ void frmMain::ShowPlugins() {
 void frmMain::ConfigPlugin() {
   visual_.ConfigPlugin();
 }
+void frmMain::SetVuMeterStyle() {
+  visual_.Hosting().SetVuMeterStyle();
+}
 void frmMain::SetVumeterVisible() {
   visual_.SetVumeterVisible();
 }

@@ -363,6 +363,10 @@ bool MainPanel::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::MouseButtonRelease) {
     auto* mouse = static_cast<QMouseEvent*>(event);
     const QVariant index = watched->property("index");
+    if (mouse->button() == Qt::RightButton && index.isValid() && on_disp_mouse_down) {
+      on_disp_mouse_down();
+      return true;
+    }
     if (mouse->button() == Qt::RightButton && on_menu) {
       on_menu();
       return true;

@@ -74,6 +74,8 @@ class MainPanel : public QWidget {
   std::function<void()> on_menu;
   // A left click on a label `Disp`.
   std::function<void(int index)> on_disp_click;
+  // The right button went down on a label.
+  std::function<void()> on_disp_mouse_down;
   // The pointer moves over a label.
   std::function<void(int index)> on_disp_move;
 

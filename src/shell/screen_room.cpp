@@ -4,6 +4,7 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace kv {
@@ -162,6 +163,12 @@ WindowPlace ScreenRoom::Place() const {
                           ? form.normalGeometry()
                           : QRect(form.pos(), form.size());
   return {ToTwips(place.x()), ToTwips(place.y()), ToTwips(place.width()), ToTwips(place.height())};
+}
+
+bool ScreenRoom::MeEffectSize() const {
+  constexpr int kEffectPixels = 1500;
+  const WindowPlace place = Place();
+  return std::abs(place.width + place.height) / kTwipsPerPixel >= kEffectPixels;
 }
 
 // --- Full screen, strip and pointer

@@ -76,6 +76,8 @@ class ScreenRoom : private FullScreenHost,
   void PlaceWindow();
   WindowState State() const;
   WindowPlace Place() const;
+  // The window is large enough for effects: width and height together at least 1500 pixels.
+  bool MeEffectSize() const;
   WindowCaption& Caption() { return caption_; }
 
   // --- Full screen, strip and pointer

@@ -61,6 +61,8 @@ void KeyRouter::Act(const KeyRow& row) {
       return host_.SetTempWindowCaption(host_.FlipDemoTimer() ? "Demo mode:ON" : "Demo mode:OFF");
     case KeyAction::kQuickSearch:
       return host_.ShowQuickSearch();
+    case KeyAction::kMeterStyle:
+      return host_.SetVuMeterStyle();
     case KeyAction::kConfigPlugin:
       return host_.ConfigPlugin();
     case KeyAction::kFullScreen:

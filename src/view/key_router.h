@@ -30,6 +30,8 @@ class KeyHost {
   virtual void ShowQuickSearch() = 0;
   virtual void ShowPlugins() = 0;
   virtual void ConfigPlugin() = 0;
+  // The next display of the level meter.
+  virtual void SetVuMeterStyle() = 0;
   virtual void ToggleFullScreen() = 0;
   // Turns `DemoTimer` on or off; true when it is on now.
   virtual bool FlipDemoTimer() = 0;

@@ -42,6 +42,7 @@ constexpr std::array kKeys = {
     Item(kNone, kKeyEnd, "mJumpToLast"),
     KeyRow{kNone, kKeypadAdd, KeyAction::kZoom, WindowZoom::kZoomIn},
     KeyRow{kNone, kKeypadSubtract, KeyAction::kZoom, WindowZoom::kZoomOut},
+    KeyRow{kNone, 'V', KeyAction::kMeterStyle},
     KeyRow{kNone, 'Z', KeyAction::kZoom, kNormalSize},
     KeyRow{kNone, kKeyF12, KeyAction::kPopUpMenu},
     KeyRow{kNone, kKeyDelete, KeyAction::kDeleteFile},

@@ -52,6 +52,7 @@ enum class KeyAction {
   kDemoMode,
   kQuickSearch,
   kConfigPlugin,
+  kMeterStyle,
   kFullScreen,
   kShowPlugins,
 };

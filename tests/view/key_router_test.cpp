@@ -61,6 +61,7 @@ class KeyRouterTest : public testing::Test, protected KeyHost {
   void ShowQuickSearch() override { Note("quick search"); }
   void ShowPlugins() override { Note("plugins"); }
   void ConfigPlugin() override { Note("configure"); }
+  void SetVuMeterStyle() override { Note("meter style"); }
   void ToggleFullScreen() override { Note("full screen now"); }
   bool FlipDemoTimer() override { return demo = !demo; }
   void SetTempWindowCaption(const std::string& text) override { Note(text); }
@@ -93,6 +94,7 @@ TEST_F(KeyRouterTest, EveryKeyOfEveryModifier) {
       {kNone, 27, "unload"},
       {kNone, 112, "help"},
       {kNone, 'S', "stop meter,meter window"},
+      {kNone, 'V', "meter style"},
       {kNone, 8, "button 2"},
       {kNone, 34, "button 4"},
       {kNone, 33, "button 3"},
