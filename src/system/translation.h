@@ -2,8 +2,8 @@
 //
 // The English text is the key and the fall-back: where no catalogue is bound or it lacks a text,
 // the English one comes back as it stands. GNU gettext does the look-up, so that rules that know no
-// toolkit can call it. What is stored, compared or sent stays English; a text is translated where it
-// is shown. Any thread, once bound.
+// toolkit can call it. What is stored, compared or sent stays English; a text is translated where
+// it is shown. Any thread, once bound.
 #pragma once
 
 #include <string>
