@@ -27,8 +27,7 @@ SwRenderer::SwRenderer(mpv_handle* core) {
     context_ = nullptr;
     return;
   }
-  Mpv().render_context_set_update_callback(context_, &SwRenderer::OnUpdate, this);
-  thread_ = std::thread([this] { Work(); });
+  Start([this] { Run(context_); });
 }
 
 SwRenderer::~SwRenderer() {
@@ -36,87 +35,17 @@ SwRenderer::~SwRenderer() {
 }
 
 void SwRenderer::Stop() {
-  {
-    const std::lock_guard lock(mutex_);
-    stop_ = true;
-  }
-  wake_.notify_one();
-  if (thread_.joinable()) thread_.join();
-  if (context_ != nullptr) {
-    Mpv().render_context_set_update_callback(context_, nullptr, nullptr);
-    Mpv().render_context_free(context_);
-    context_ = nullptr;
-  }
-}
-
-void SwRenderer::OnUpdate(void* self) {
-  auto* renderer = static_cast<SwRenderer*>(self);
-  {
-    const std::lock_guard lock(renderer->mutex_);
-    renderer->update_ = true;
-  }
-  renderer->wake_.notify_one();
-}
-
-void SwRenderer::SetTargetSize(QSize pixels) {
-  {
-    const std::lock_guard lock(mutex_);
-    if (pixels == target_) return;
-    target_ = pixels;
-    redraw_ = true;
-  }
-  wake_.notify_one();
-}
-
-void SwRenderer::Discard() {
-  const std::lock_guard lock(mutex_);
-  has_frame_ = has_picture_ = fresh_ = false;
-}
-
-void SwRenderer::SetPictureListener(std::function<void()> listener) {
-  const std::lock_guard lock(mutex_);
-  listener_ = std::move(listener);
+  RenderThread::Stop();
+  if (context_ != nullptr) Mpv().render_context_free(context_);
+  context_ = nullptr;
 }
 
 const QImage* SwRenderer::TakePicture() {
-  const std::lock_guard lock(mutex_);
-  if (!has_picture_) return nullptr;
-  if (fresh_) {
-    std::swap(finished_, shown_);
-    fresh_ = false;
-  }
-  return &buffers_[shown_].image;
+  const auto newest = TakeNewest();
+  return newest ? &buffers_[*newest].image : nullptr;
 }
 
-void SwRenderer::Work() {
-  while (true) {
-    QSize size;
-    bool redraw = false;
-    {
-      std::unique_lock lock(mutex_);
-      wake_.wait(lock, [this] { return stop_ || update_ || redraw_; });
-      if (stop_) return;
-      redraw = redraw_;
-      update_ = redraw_ = false;
-      size = target_;
-    }
-    const bool frame = (Mpv().render_context_update(context_) & MPV_RENDER_UPDATE_FRAME) != 0;
-    if (!frame && !redraw) continue;
-    if (frame) {
-      const std::lock_guard lock(mutex_);
-      has_frame_ = true;
-    }
-    if (Render(size)) {
-      // The listener is called under the lock, so that whoever takes it away knows it has ended.
-      const std::lock_guard lock(mutex_);
-      std::swap(filling_, finished_);
-      fresh_ = has_picture_ = has_frame_;
-      if (listener_ && fresh_) listener_();
-    }
-  }
-}
-
-bool SwRenderer::Render(QSize size) {
+bool SwRenderer::Render(QSize size, std::size_t index) {
   if (size.isEmpty()) {
     // The frame must be taken all the same, or the core waits for it.
     int skip = 1;
@@ -131,7 +60,7 @@ bool SwRenderer::Render(QSize size) {
     Mpv().render_context_render(context_, parameters);
     return false;
   }
-  Buffer& buffer = buffers_[filling_];
+  Buffer& buffer = buffers_[index];
   buffer.Resize(size);
   int extent[2] = {size.width(), size.height()};
   auto stride = static_cast<std::size_t>(buffer.image.bytesPerLine());

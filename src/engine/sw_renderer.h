@@ -2,22 +2,19 @@
 // a third of what OpenGL in software would.
 #pragma once
 
-#include "engine/video_renderer.h"
+#include "engine/render_thread.h"
 
 #include <QImage>
 #include <mpv/client.h>
 #include <mpv/render.h>
 
 #include <array>
-#include <condition_variable>
 #include <cstddef>
 #include <memory>
-#include <mutex>
-#include <thread>
 
 namespace kv {
 
-class SwRenderer : public VideoRenderer {
+class SwRenderer : public RenderThread {
  public:
   // The core must outlive the call of `Stop`.
   explicit SwRenderer(mpv_handle* core);
@@ -25,9 +22,6 @@ class SwRenderer : public VideoRenderer {
   SwRenderer(const SwRenderer&) = delete;
   SwRenderer& operator=(const SwRenderer&) = delete;
 
-  void SetTargetSize(QSize pixels) override;
-  void SetPictureListener(std::function<void()> listener) override;
-  void Discard() override;
   void Stop() override;
 
   // The newest picture, null before the first. It stays untouched until the next call. Interface
@@ -45,30 +39,10 @@ class SwRenderer : public VideoRenderer {
     void Resize(QSize size);
   };
 
-  static void OnUpdate(void* self);
-  void Work();
-  bool Render(QSize size);
+  bool Render(QSize size, std::size_t buffer) override;
 
   mpv_render_context* context_ = nullptr;
-
-  // Three buffers: one being filled, one finished, one being shown. Their roles change hands under
-  // the lock; the pixels are touched outside it.
-  std::array<Buffer, 3> buffers_;
-  std::size_t filling_ = 0;
-  std::size_t finished_ = 1;
-  std::size_t shown_ = 2;
-  bool has_frame_ = false;    // a frame has come since `Discard`
-  bool has_picture_ = false;  // and a picture of it is finished or shown
-  bool fresh_ = false;        // `finished_` is newer than `shown_`
-
-  std::mutex mutex_;
-  std::condition_variable wake_;
-  std::function<void()> listener_;
-  QSize target_;
-  bool update_ = false;
-  bool redraw_ = false;
-  bool stop_ = false;
-  std::thread thread_;
+  std::array<Buffer, kBuffers> buffers_;
 };
 
 }  // namespace kv
