@@ -15,6 +15,11 @@ if(KV_SANITIZE)
                                               -fno-sanitize-recover=all)
   target_link_options(kv_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(KV_BUILD_FUZZERS)
+  # Counts the edges that a run takes; each fuzz target links the fuzzer itself (fuzz/).
+  target_compile_options(kv_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_definitions(kv_options INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
 
 # kv_library(<name> SOURCES ... [LINK ...] [QT])
 #

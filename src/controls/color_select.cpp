@@ -1,5 +1,6 @@
 #include "controls/color_select.h"
 
+#include "controls/accessible_qt.h"
 #include "controls/color_qt.h"
 
 #include <QApplication>
@@ -52,6 +53,7 @@ pucColorSelect::pucColorSelect(Dialogs& dialogs, Registry& registry, QWidget* pa
       caption_(new QLabel(this)),
       shpColour_(new QFrame(this)),
       cmdBrowse_(new QToolButton(this)) {
+  InstallControlsAccessibility();
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->addWidget(caption_);
@@ -91,6 +93,12 @@ void pucColorSelect::ShowColour() {
   QPalette colors = shpColour_->palette();
   colors.setColor(QPalette::Window, ToQColor(properties_.Colour, palette()));
   shpColour_->setPalette(colors);
+  // Who cannot see the swatch hears it with the button.
+  cmdBrowse_->setAccessibleDescription(ShownName());
+}
+
+QString pucColorSelect::ShownName() const {
+  return ToQColor(properties_.Colour, palette()).name().toUpper();
 }
 
 // The dialog pumps, and may take the control with it.

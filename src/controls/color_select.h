@@ -58,6 +58,8 @@ class pucColorSelect : public QWidget {
 
   std::int32_t Colour() const { return properties_.Colour; }
   void SetColour(std::int32_t colour);
+  // The colour as it is shown, "#RRGGBB".
+  QString ShownName() const;
 
  protected:
   void mouseReleaseEvent(QMouseEvent* event) override;

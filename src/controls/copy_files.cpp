@@ -1,6 +1,7 @@
 #include "controls/copy_files.h"
 
 #include "system/paths.h"
+#include "system/translation.h"
 
 #include <cstdint>
 #include <utility>
@@ -18,7 +19,7 @@ CopyFiles::CopyFiles(CopyFilesWindow& window, FileCopier& copier, Dialogs& dialo
 
 void CopyFiles::Start() {
   const std::weak_ptr<const bool> alive = alive_;
-  std::string folder = dialogs_.BrowseForFolderDialog("Choose copy destination:");
+  std::string folder = dialogs_.BrowseForFolderDialog(Tr("Choose copy destination:"));
   if (alive.expired()) return;
   if (folder.empty()) {
     window_.Unload();
@@ -52,9 +53,10 @@ void CopyFiles::CopyNext() {
 
 void CopyFiles::CopyTo(const std::string& name) {
   target_name_ = name;
-  window_.ShowLabels("Copying file \"" + Name() + "\".",
-                     "File " + std::to_string(count_) + " / " + std::to_string(files_.size()),
-                     "To: \"" + target_name_ + "\"");
+  window_.ShowLabels(
+      Fill(Tr("Copying file \"%1\"."), Name()),
+      Fill(Tr("File %1 / %2"), std::to_string(count_), std::to_string(files_.size())),
+      Fill(Tr("To: \"%1\""), target_name_));
   copier_.xCopyFile(files_[count_ - 1], folder_ + target_name_, kBlockSize, false,
                     [this](CopyResult result) { OnResult(result); });
 }
@@ -72,14 +74,14 @@ void CopyFiles::OnResult(CopyResult result) {
       CopyTo("Copy (" + std::to_string(copy_number_) + ") of " + Name());
       return;
     case CopyResult::kDiskError:
-      Stop("Disk error, copy was canceled!", BoxIcon::kStop);
+      Stop(Tr("Disk error, copy was canceled!"), BoxIcon::kStop);
       return;
     case CopyResult::kNoSource:
-      Stop("NoExist, copy was canceled!", BoxIcon::kExclamation);
+      Stop(Tr("NoExist, copy was canceled!"), BoxIcon::kExclamation);
       return;
     case CopyResult::kNoFreeSpace: {
-      const bool retry =
-          window_.AskRetry("There is not enough free space to copy the file \"" + Name() + "\"");
+      const bool retry = window_.AskRetry(
+          Fill(Tr("There is not enough free space to copy the file \"%1\""), Name()));
       if (alive.expired()) return;
       if (retry && !cancelled_) {
         CopyTo(target_name_);

@@ -1,6 +1,7 @@
 #include "controls/file_copier.h"
 
 #include "system/text_format.h"
+#include "system/translation.h"
 
 #include <algorithm>
 #include <atomic>
@@ -159,7 +160,7 @@ void FileCopier::Finish() {
   UpdateDisplay(0, "");
   if (!outcome.error.empty()) {
     MessageBoxRequest box;
-    box.text = outcome.error + " code : " + std::to_string(outcome.error_number);
+    box.text = Fill(Tr("%1 code : %2"), outcome.error, std::to_string(outcome.error_number));
     box.icon = BoxIcon::kStop;
     parts_.dialogs.ShowMessageBox(box);
     if (alive.expired()) return;  // the owner was closed meanwhile

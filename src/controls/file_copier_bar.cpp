@@ -1,5 +1,6 @@
 #include "controls/file_copier_bar.h"
 
+#include "controls/accessible_qt.h"
 #include "controls/color_qt.h"
 
 #include <QFont>
@@ -24,9 +25,10 @@ QColor Readable(const QColor& wanted, const QColor& ground) {
 }  // namespace
 
 FileCopierBar::FileCopierBar(FileCopier& copier, QWidget* parent)
-    : QWidget(parent), copier_(copier) {
+    : QWidget(parent), copier_(copier), announcer_(*this, [this] { return percent_; }) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setAttribute(Qt::WA_OpaquePaintEvent);
+  InstallControlsAccessibility();
   copier_.refresh = [this] { Refresh(); };
   Refresh();
 }
@@ -43,13 +45,14 @@ void FileCopierBar::Refresh() {
   // On a fast disk most blocks leave the percentage as it was.
   const QString caption = QString::fromStdString(copier_.Caption());
   if (caption == caption_ && copier_.Percent() == percent_ && copier_.Look() == look_) return;
+  const bool moved = copier_.Percent() != percent_;
   caption_ = caption;
   percent_ = copier_.Percent();
   look_ = copier_.Look();
   QFont font(QString::fromStdString(look_.FontName));
   font.setPointSizeF(look_.FontPoints);
   setFont(font);
-  setAccessibleDescription(caption_);
+  if (moved) announcer_.Changed();
   update();
 }
 

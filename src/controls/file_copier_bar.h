@@ -4,6 +4,7 @@
 // sizes are device-independent pixels.
 #pragma once
 
+#include "controls/accessible_qt.h"
 #include "controls/file_copier.h"
 
 #include <QString>
@@ -19,6 +20,10 @@ class FileCopierBar : public QWidget {
   explicit FileCopierBar(FileCopier& copier, QWidget* parent = nullptr);
   ~FileCopierBar() override;
 
+  // As they are on the screen.
+  int Percent() const { return percent_; }
+  const QString& Caption() const { return caption_; }
+
   QSize sizeHint() const override;
 
  protected:
@@ -33,6 +38,7 @@ class FileCopierBar : public QWidget {
   QString caption_;
   int percent_ = 0;
   FileCopierLook look_;
+  ValueAnnouncer announcer_;
 };
 
 }  // namespace kv

@@ -3,6 +3,7 @@
 #include "system/file_descriptor.h"
 #include "system/paths.h"
 #include "system/temporary_file.h"
+#include "system/translation.h"
 
 #include <algorithm>
 #include <array>
@@ -11,8 +12,10 @@
 #include <fcntl.h>
 #include <optional>
 #include <string_view>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
+#include <sys/xattr.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -69,6 +72,9 @@ void SyncFolder(const std::string& folder) {
   if (descriptor.IsOpen()) fsync(descriptor.Number());
 }
 
+// On a file that grows: what a killed copy has left is known by it from a file of the user's own.
+constexpr const char* kGrowingMark = "user.kestrelview.growing";
+
 // The file that grows beside the destination; gone with this object unless it was given its name.
 class GrowingFile {
  public:
@@ -82,8 +88,8 @@ class GrowingFile {
     errno = error;
   }
 
-  // Creates `destination` + number + ".tmp" with the first number that is free. The name is cut
-  // when only the addition makes it too long.
+  // Creates `destination` + number + ".tmp" with the first number that is free, or taken by what a
+  // killed copy has left. The name is cut when only the addition makes it too long.
   bool Create(const std::string& destination, mode_t mode) {
     std::string base = destination;
     for (int number = 1; number <= kMostTemporaryNames; ++number) {
@@ -92,9 +98,14 @@ class GrowingFile {
           open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
       if (file_.IsOpen()) {
         path_ = std::move(name);
+        // Locked before it is marked, so that what is marked and not locked has nobody any more.
+        flock(file_.Number(), LOCK_EX | LOCK_NB);
+        fsetxattr(file_.Number(), kGrowingMark, "", 0, 0);
         return true;
       }
-      if (errno == ENAMETOOLONG && base.size() == destination.size() && CutName(base)) {
+      if (errno == EEXIST && RemoveAbandoned(name)) {
+        --number;
+      } else if (errno == ENAMETOOLONG && base.size() == destination.size() && CutName(base)) {
         number = 0;
       } else if (errno != EEXIST) {
         return false;
@@ -104,7 +115,11 @@ class GrowingFile {
   }
 
   const FileDescriptor& File() const { return file_; }
-  bool Close() { return file_.Close(); }
+  // It grows no more.
+  bool Close() {
+    fremovexattr(file_.Number(), kGrowingMark);
+    return file_.Close();
+  }
 
   // Takes the name `destination`, and with `replace` the place of what stands there.
   bool TakeName(const std::string& destination, bool replace) {
@@ -115,6 +130,16 @@ class GrowingFile {
   }
 
  private:
+  // Leaves errno alone when it is none.
+  static bool RemoveAbandoned(const std::string& name) {
+    const int error = errno;
+    const FileDescriptor file(open(name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const bool done = file.IsOpen() && fgetxattr(file.Number(), kGrowingMark, nullptr, 0) >= 0 &&
+                      flock(file.Number(), LOCK_EX | LOCK_NB) == 0 && unlink(name.c_str()) == 0;
+    errno = error;
+    return done;
+  }
+
   static bool CutName(std::string& path) {
     const std::size_t name = path.rfind('/') + 1;
     std::size_t end = name + kLongestName - kSuffixRoom;
@@ -159,7 +184,7 @@ class Copying {
       return Ended(CopyResult::kNoSource);
     }
     if (S_ISDIR(status_.st_mode)) return Failed(EISDIR);
-    if (!S_ISREG(status_.st_mode)) return Failed(EINVAL, "Not a plain file");
+    if (!S_ISREG(status_.st_mode)) return Failed(EINVAL, Tr("Not a plain file"));
     if (bad(order_.destination) || order_.block_size <= 0) return Failed(EINVAL);
 
     // Whatever stands there counts, a folder or a link that leads nowhere too.
@@ -169,7 +194,7 @@ class Copying {
     if (!order_.overwrite) return Ended(CopyResult::kDestinationExists);
     struct stat behind {};
     if (stat(order_.destination.c_str(), &behind) == 0 && SameFile(behind, status_)) {
-      return Failed(EINVAL, "Source and destination are the same file");
+      return Failed(EINVAL, Tr("Source and destination are the same file"));
     }
     if (S_ISDIR(there.st_mode)) return Failed(EISDIR);
     if (!S_ISREG(there.st_mode) && !S_ISLNK(there.st_mode)) return Failed(EEXIST);
@@ -200,7 +225,7 @@ class Copying {
     const int flags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | (Moving() ? O_NOFOLLOW : 0);
     const FileDescriptor source(open(order_.source.c_str(), flags));
     if (!source.IsOpen() || fstat(source.Number(), &status_) != 0) return Failed(errno);
-    if (!S_ISREG(status_.st_mode)) return Failed(EINVAL, "Not a plain file");
+    if (!S_ISREG(status_.st_mode)) return Failed(EINVAL, Tr("Not a plain file"));
 
     GrowingFile copy;
     if (!copy.Create(order_.destination, status_.st_mode & 0777U)) return Failed(errno);
@@ -216,7 +241,7 @@ class Copying {
     const bool safe = Moving() || replacing_;
     if (safe && fsync(copy.File().Number()) != 0) return Failed(errno);
     if (!copy.Close()) return Failed(errno);
-    if (Moving() && !SourceUnchanged(source)) return Failed(EBUSY, "The file is being changed");
+    if (Moving() && !SourceUnchanged(source)) return Failed(EBUSY, Tr("The file is being changed"));
     if (stop_.stop_requested()) return Ended(CopyResult::kCancelled);
 
     if (!copy.TakeName(order_.destination, replacing_)) {

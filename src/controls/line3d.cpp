@@ -1,5 +1,6 @@
 #include "controls/line3d.h"
 
+#include "controls/accessible_qt.h"
 #include "controls/color_qt.h"
 
 #include <QPainter>
@@ -14,6 +15,7 @@ std::int32_t FromQColor(const QColor& color) {
 }  // namespace
 
 line3d::line3d(QWidget* parent) : QWidget(parent) {
+  InstallControlsAccessibility();
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
   setEnabled(properties_.Enabled);

@@ -1,10 +1,10 @@
 #include "controls/scroller.h"
 
 #include "controls/color_qt.h"
-#include "controls/scroller_accessible_qt.h"
+#include "system/translation_qt.h"
 
-#include <QAccessible>
 #include <QAction>
+#include <QContextMenuEvent>
 #include <QCursor>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -49,10 +49,18 @@ std::int16_t KeyCode(const QKeyEvent& event) {
   return 0;
 }
 
+// An arrow key up or to the right is a step up; 0 for every other key.
+int ArrowSteps(const QKeyEvent& event) {
+  if ((event.modifiers() & ~Qt::KeypadModifier) != 0) return 0;
+  if (event.key() == Qt::Key_Up || event.key() == Qt::Key_Right) return 1;
+  return event.key() == Qt::Key_Down || event.key() == Qt::Key_Left ? -1 : 0;
+}
+
 }  // namespace
 
-Scroller::Scroller(QWidget* parent, MessagePump* pump) : QWidget(parent), model_(*this, pump) {
-  InstallScrollerAccessibility();
+Scroller::Scroller(QWidget* parent, MessagePump* pump)
+    : QWidget(parent), announcer_(*this, [this] { return model_.Value(); }), model_(*this, pump) {
+  InstallControlsAccessibility();
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
   setAttribute(Qt::WA_OpaquePaintEvent);
@@ -81,6 +89,14 @@ void Scroller::SetScrollKnobPicture(const QPixmap& picture) {
                                          static_cast<float>(std::ceil(size.height()))});
   }
   update();
+}
+
+QString Scroller::SpokenValue() const {
+  return spoken ? spoken(model_.Value()) : QString::number(model_.Value());
+}
+
+void Scroller::Step(int steps) {
+  model_.SetAndFinish(model_.Value() + steps * key_step);
 }
 
 QSize Scroller::sizeHint() const {
@@ -117,10 +133,7 @@ void Scroller::Repaint() {
 
 void Scroller::PropertyChanged(std::string_view key) {
   if (key == "Value") {
-    if (QAccessible::isActive()) {
-      QAccessibleValueChangeEvent changed(this, model_.Value());
-      QAccessible::updateAccessibility(&changed);
-    }
+    announcer_.Changed();
     return;
   }
   UpdateSizePolicy();
@@ -133,11 +146,12 @@ std::string Scroller::ToolTipText() const {
 
 std::optional<SetMenuItem> Scroller::PopUpSetMenu(const SetMenuCaptions& captions) {
   // A child, so that it goes when the slider goes; then nothing here may be touched any more.
-  const QPointer<QMenu> menu = new QMenu(QString::fromStdString(captions.file), this);
-  const QAction* const to_min = menu->addAction(QString::fromStdString(captions.set_to_min));
-  const QAction* const to_mid = menu->addAction(QString::fromStdString(captions.set_to_mid));
-  const QAction* const to_max = menu->addAction(QString::fromStdString(captions.set_to_max));
-  const QAction* const picked = menu->exec(QCursor::pos());
+  const QPointer<QMenu> menu = new QMenu(QTr(captions.file), this);
+  const QAction* const to_min = menu->addAction(QTr(captions.set_to_min));
+  const QAction* const to_mid = menu->addAction(QTr(captions.set_to_mid));
+  const QAction* const to_max = menu->addAction(QTr(captions.set_to_max));
+  const QAction* const picked =
+      menu->exec(underMouse() ? QCursor::pos() : mapToGlobal(rect().bottomLeft()));
   if (!menu) return std::nullopt;
   menu->deleteLater();
   if (picked == to_min) return SetMenuItem::kSetToMin;
@@ -273,12 +287,20 @@ void Scroller::leaveEvent(QEvent* event) {
 }
 
 void Scroller::keyPressEvent(QKeyEvent* event) {
+  if (const int steps = arrow_keys ? ArrowSteps(*event) : 0; steps != 0) return Step(steps);
   if (!model_.KeyDown(KeyCode(*event), ShiftMask(event->modifiers()))) event->ignore();
 }
 
 void Scroller::keyReleaseEvent(QKeyEvent* event) {
   model_.KeyUp(KeyCode(*event), ShiftMask(event->modifiers()));
   event->ignore();
+}
+
+// The mouse brings the menu by itself; this is the Menu key.
+void Scroller::contextMenuEvent(QContextMenuEvent* event) {
+  const bool by_key = event->reason() == QContextMenuEvent::Keyboard;
+  event->setAccepted(by_key && model_.Properties().menu_enabled);
+  if (event->isAccepted()) model_.ShowSetMenu();
 }
 
 // Coming back from another window or a menu says nothing about how the focus once came here.

@@ -5,6 +5,7 @@
 // parent. Owned by its parent widget. Interface thread; sizes are device-independent pixels.
 #pragma once
 
+#include "controls/accessible_qt.h"
 #include "controls/scroller_art_qt.h"
 #include "controls/scroller_model.h"
 
@@ -29,6 +30,17 @@ class Scroller : public QWidget, private ScrollerSurface {
   // Called when the slider gets the keyboard focus, so that a host can hand it on.
   std::function<void()> got_focus;
 
+  // The value with its unit, as it is spoken; unset, the bare number.
+  std::function<QString(double value)> spoken;
+  QString SpokenValue() const;
+
+  // What one step by key or by an assistive tool adds; a step is a finished change.
+  double key_step = 1.0;
+  void Step(int steps);
+
+  // The arrow keys step it, where nothing else has a use for them.
+  bool arrow_keys = false;
+
   // Background of the control; a null pixmap takes it away.
   void SetPicture(const QPixmap& picture);
 
@@ -50,6 +62,7 @@ class Scroller : public QWidget, private ScrollerSurface {
   void leaveEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
@@ -71,6 +84,7 @@ class Scroller : public QWidget, private ScrollerSurface {
   bool focused_ = false;
   bool focus_by_key_ = false;
   bool painted_pressed_ = false;
+  ValueAnnouncer announcer_;
   ScrollerScene painted_;
   ScrollerModel model_;
 };

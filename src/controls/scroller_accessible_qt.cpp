@@ -15,7 +15,9 @@ class ScrollerAccessible : public QAccessibleWidget, public QAccessibleValueInte
       : QAccessibleWidget(scroller, QAccessible::Slider) {}
 
   QString text(QAccessible::Text what) const override {
-    if (what == QAccessible::Value) return currentValue().toString();
+    if (what == QAccessible::Value) return Slider().SpokenValue();
+    // A tool that speaks no values of its own form speaks this.
+    if (what == QAccessible::Description && Slider().spoken) return Slider().SpokenValue();
     QString text = QAccessibleWidget::text(what);
     if (what == QAccessible::Name && text.isEmpty()) {
       text = QString::fromStdString(Model().Properties().caption);
@@ -32,16 +34,32 @@ class ScrollerAccessible : public QAccessibleWidget, public QAccessibleValueInte
   QVariant currentValue() const override { return Model().Value(); }
   QVariant maximumValue() const override { return Model().Max(); }
   QVariant minimumValue() const override { return Model().Min(); }
-  // The value is continuous.
-  QVariant minimumStepSize() const override { return 0.0; }
+  QVariant minimumStepSize() const override { return Slider().key_step; }
 
   // A change from here is a finished one, as a pick in the menu is.
   void setCurrentValue(const QVariant& value) override {
     if (widget()->isEnabled()) Model().SetAndFinish(value.toDouble());
   }
 
+  QStringList actionNames() const override {
+    if (!widget()->isEnabled()) return {};
+    return QStringList{increaseAction(), decreaseAction()} + QAccessibleWidget::actionNames();
+  }
+
+  void doAction(const QString& action) override {
+    if (!widget()->isEnabled()) return;
+    if (action == increaseAction()) {
+      Slider().Step(1);
+    } else if (action == decreaseAction()) {
+      Slider().Step(-1);
+    } else {
+      QAccessibleWidget::doAction(action);
+    }
+  }
+
  private:
-  ScrollerModel& Model() const { return static_cast<Scroller*>(widget())->Model(); }
+  Scroller& Slider() const { return *static_cast<Scroller*>(widget()); }
+  ScrollerModel& Model() const { return Slider().Model(); }
 };
 
 QAccessibleInterface* MakeAccessible(const QString& /*class_name*/, QObject* object) {

@@ -7,6 +7,8 @@
 // and two steps yield to pending messages (the constructor names them).
 #pragma once
 
+#include "system/translation.h"
+
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -61,12 +63,12 @@ struct ScrollerLines {
   std::optional<ScrollerLine> knob_range;  // the range on the knob, in knob coordinates
 };
 
-// The captions of the popup menu and of its three items.
+// The captions of the popup menu and of its three items, English.
 struct SetMenuCaptions {
-  std::string file = "File";
-  std::string set_to_min = "Set to 0%";
-  std::string set_to_mid = "Set to 50%";
-  std::string set_to_max = "Set to 100%";
+  std::string file = TrLater("File");
+  std::string set_to_min = TrLater("Set to 0%");
+  std::string set_to_mid = TrLater("Set to 50%");
+  std::string set_to_max = TrLater("Set to 100%");
 };
 
 // All stored properties with their defaults. A range start of -1 or less means no range.

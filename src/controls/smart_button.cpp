@@ -1,5 +1,6 @@
 #include "controls/smart_button.h"
 
+#include "controls/accessible_qt.h"
 #include "controls/color_qt.h"
 #include "controls/svg_face_qt.h"
 
@@ -19,6 +20,7 @@ constexpr double kDisabledFade = 0.62;
 }  // namespace
 
 SmartButton::SmartButton(QWidget* parent) : QAbstractButton(parent) {
+  InstallControlsAccessibility();
   setFocusPolicy(Qt::NoFocus);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   back_ = palette().button().color();
@@ -42,6 +44,19 @@ void SmartButton::SetColors(const QColor& back, const QColor& ink) {
 void SmartButton::SetLabel(const QString& label) {
   setToolTip(label);
   setAccessibleName(label);
+}
+
+void SmartButton::SetState(const QString& text, bool on) {
+  if (text == state_text_ && on == state_on_) return;
+  state_text_ = text;
+  const bool turned = on != state_on_;
+  state_on_ = on;
+  AnnounceChange(*this, QAccessible::DescriptionChanged);
+  if (!turned || !QAccessible::isActive()) return;
+  QAccessible::State changed;
+  changed.checked = true;
+  QAccessibleStateChangeEvent event(this, changed);
+  QAccessible::updateAccessibility(&event);
 }
 
 QSize SmartButton::sizeHint() const {

@@ -26,6 +26,11 @@ class SmartButton : public QAbstractButton {
   // Tooltip and accessible name in one.
   void SetLabel(const QString& label);
 
+  // For a face that shows one of several states: the state in words, and whether it is on.
+  void SetState(const QString& text, bool on);
+  const QString& StateText() const { return state_text_; }
+  bool StateOn() const { return state_on_; }
+
   // Called for the second press of a quick pair, whose first was an ordinary click.
   std::function<void()> on_double_click;
 
@@ -41,6 +46,8 @@ class SmartButton : public QAbstractButton {
   void RenderFacePixmap(double scale);
 
   QString file_;
+  QString state_text_;
+  bool state_on_ = false;
   QColor back_;
   QColor ink_;
   QPixmap face_;

@@ -1,6 +1,7 @@
 #include "controls/smart_menu_style_qt.h"
 
 #include "controls/color_qt.h"
+#include "controls/smart_menu_accessible_qt.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -68,6 +69,7 @@ void DrawArrow(QPainter& painter, const QPointF& tip, const QPointF& along, cons
 }  // namespace
 
 SmartMenuStyle::SmartMenuStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {
+  InstallMenuAccessibility();
   SetColors({Qt::white, Qt::black, Qt::gray, Qt::darkBlue, Qt::darkBlue, Qt::white, Qt::black});
 }
 

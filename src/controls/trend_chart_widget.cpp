@@ -1,5 +1,6 @@
 #include "controls/trend_chart_widget.h"
 
+#include "controls/accessible_qt.h"
 #include "controls/color_qt.h"
 
 #include <QPainter>
@@ -44,6 +45,7 @@ auto Pick(const Table& table, std::int32_t number, std::int32_t fallback) {
 }  // namespace
 
 TrendChart::TrendChart(TimerSource& time, QWidget* parent) : QWidget(parent), model_(*this, time) {
+  InstallControlsAccessibility();
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
   setMaximumWidth(kTrendChartColumns);

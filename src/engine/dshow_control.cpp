@@ -216,6 +216,20 @@ void clsDShowControl::DS_HideCursor(bool Hide) {
   if (Control) Control->HideCursor(Hide);
 }
 
+std::vector<MediaTrack> clsDShowControl::DS_GetTracks() const {
+  return Control ? Control->Tracks() : std::vector<MediaTrack>();
+}
+
+bool clsDShowControl::DS_SelectTrack(TrackKind Kind, int Id) {
+  return Control && Control->SelectTrack(Kind, Id);
+}
+
+bool clsDShowControl::DS_AddSubtitles(const std::string& File) {
+  // Held here as well: a release inside the pump lets go of the field.
+  const std::shared_ptr<FilterGraph> graph = Control;
+  return graph && graph->AddSubtitles(File);
+}
+
 bool clsDShowControl::DS_IsCursorHidden() const {
   return Control && Control->IsCursorHidden().value_or(false);
 }

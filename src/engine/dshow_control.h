@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace kv {
 
@@ -56,6 +57,9 @@ class clsDShowControl {
   bool DS_OpenFile(const std::string& File, int Top, int Left, int Width, int Height,
                    WindowHandle Hwnd);
 
+  // True when the last open failed since its server could not prove who it is.
+  bool DS_CertificateRefused() const { return Control && Control->CertificateRefused(); }
+
   // The rectangle of the picture inside its target.
   void DS_SetScale(int Top, int Left, int Width, int Height);
 
@@ -91,7 +95,16 @@ class clsDShowControl {
   void DS_GetMovieSize(int& Width, int& Height);
   // Seconds; 0 without picture.
   double DS_GetAvgTimePerFrame();
+  // What the medium tells of itself; null when that is nothing. Valid until the next pump.
+  const MediaTags* DS_GetTags() const { return Control ? Control->get_Tags() : nullptr; }
   void DS_SetFullscreen(bool On);
+
+  // Sounds and subtitles of the medium that is open.
+  std::vector<MediaTrack> DS_GetTracks() const;
+  // Plays this one of its kind; `Id` 0 shows no subtitles. False when there is no such track.
+  bool DS_SelectTrack(TrackKind Kind, int Id);
+  // Shows the subtitles of a local file. Pumps messages, at most for some seconds.
+  bool DS_AddSubtitles(const std::string& File);
 
   bool DS_IsPaused() const { return Paused; }
   bool DS_IsOpen() const { return Open; }

@@ -10,10 +10,14 @@
 // rate as a factor; rectangles in device-independent pixels of the owner.
 #pragma once
 
+#include "engine/media_tracks.h"
+
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kv {
 
@@ -24,6 +28,10 @@ struct VideoSize {
   int width = 0;  // pixels as displayed, the sample aspect ratio applied
   int height = 0;
 };
+
+// What a medium tells of itself, under the names of its format in lower case ("title", "artist",
+// "icy-title"); texts as they stand there.
+using MediaTags = std::map<std::string, std::string>;
 
 class FilterGraph {
  public:
@@ -36,6 +44,8 @@ class FilterGraph {
   // or when that failed; between, it pumps messages. `Stop` inside that pump abandons the attempt,
   // which then counts as failed. Bounded in time whatever the other side does.
   virtual bool RenderFile(const std::string& target) = 0;
+  // True when it failed since a server could not prove by its certificate that it is who it is.
+  virtual bool CertificateRefused() const { return false; }
   virtual bool Run() = 0;
   virtual bool Pause() = 0;
   // Halts without moving the position.
@@ -78,6 +88,21 @@ class FilterGraph {
   virtual std::optional<int> get_BitRate() const = 0;             // bits per second
   virtual std::optional<int> get_BitErrorRate() const = 0;
   virtual std::optional<VideoSize> GetVideoSize() const = 0;
+
+  // --- Tracks; none and false until the medium is rendered
+
+  // Sounds and subtitles in the order of their numbers. Files beside a local medium that hold its
+  // subtitles join a moment after it has been rendered.
+  virtual std::vector<MediaTrack> Tracks() const = 0;
+  // Plays this one of its kind; 0 is no subtitles. False when there is no such track. What has
+  // just been selected is reported at once.
+  virtual bool SelectTrack(TrackKind kind, int id) = 0;
+  // Adds the subtitles of a local file and shows them. Pumps until they are there; false when the
+  // file is none that may be opened, holds none, or takes longer than some seconds.
+  virtual bool AddSubtitles(const std::string& path) = 0;
+
+  // Null while nothing is known. What a stream tells changes while it plays.
+  virtual const MediaTags* get_Tags() const { return nullptr; }
 
   // --- IMediaEvent
 

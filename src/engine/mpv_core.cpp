@@ -3,6 +3,7 @@
 #include "engine/mpv_library.h"
 
 #include <array>
+#include <cstdlib>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -46,11 +47,23 @@ constexpr std::array kOptions = {
     Option{"osd-level", "0"},
     // On the processor scaling is a quarter of the work; this filter saves a tenth of it unseen.
     Option{"zimg-scaler", "bicubic"},
-    Option{"sub-auto", "exact"},
+    Option{"sub-auto", "no"},  // found and judged by the player itself, see subtitle_files.h
     Option{"save-position-on-quit", "no"},
     Option{"resume-playback", "no"},
     Option{"load-unsafe-playlists", "no"},
+    // A description of a broadcast, whatever it is called, would open ports that anybody can send
+    // to, and a script of parts other local files: these are all that a medium is made of.
+    Option{"demuxer-lavf-o",
+           "protocol_whitelist=[http,https,tls,tcp,crypto,data,httpproxy]"},
+    Option{"tls-verify", "yes"},  // against the system's own certificates
 };
+
+// Tells the change of the sound output from those that the listener has asked for.
+// What a core that is not stuck may take to answer, on a machine that has much else to do.
+constexpr auto kSignPatience = std::chrono::milliseconds(3000);
+
+// Tells the change of the sound output from those that the listener has asked for.
+constexpr std::uint64_t kSoundOutput = ~std::uint64_t{0};
 
 }  // namespace
 
@@ -62,6 +75,10 @@ mpv_handle* MpvCore::CreateHandle(bool hardware_decoding) {
     Mpv().set_option_string(handle, option.name, option.value);
   }
   Mpv().set_option_string(handle, "hwdec", hardware_decoding ? "auto-safe" : "no");
+  // Where others look for certificates beside the system's, say that of a server at home.
+  if (const char* const file = std::getenv("SSL_CERT_FILE"); file != nullptr && file[0] == '/') {
+    Mpv().set_option_string(handle, "tls-ca-file", file);
+  }
   if (Mpv().initialize(handle) >= 0) return handle;
   Mpv().destroy(handle);
   return nullptr;
@@ -92,7 +109,12 @@ void MpvCore::HandleEvents(double seconds) {
     const mpv_event* event = Mpv().wait_event(handle_, seconds);
     if (event->event_id == MPV_EVENT_NONE) return;
     seconds = 0.0;
-    if (listener_ != nullptr) {
+    sign_wanted_ = false;
+    if (event->event_id == MPV_EVENT_PROPERTY_CHANGE && event->reply_userdata == kSoundOutput) {
+      const auto* property = static_cast<mpv_event_property*>(event->data);
+      const bool known = property->format == MPV_FORMAT_STRING;
+      sound_output_listener_(known ? *static_cast<char* const*>(property->data) : "");
+    } else if (listener_ != nullptr) {
       listener_->OnMpvEvent(*event);
     } else if (event->event_id == MPV_EVENT_HOOK) {
       // Left without an answer it would hold up the core for good.
@@ -104,6 +126,23 @@ void MpvCore::HandleEvents(double seconds) {
 void MpvCore::SetListener(Listener* listener) {
   listener_ = listener;
   if (listener_ == nullptr && held_hook_ != 0) RefuseHook(std::exchange(held_hook_, 0));
+}
+
+bool MpvCore::Alive() {
+  const auto now = std::chrono::steady_clock::now();
+  if (handle_ == nullptr) return true;
+  if (!sign_wanted_) {
+    sign_wanted_ = true;
+    sign_wanted_since_ = now;
+    Ask("pause", MPV_FORMAT_FLAG);
+  }
+  return now - sign_wanted_since_ < kSignPatience;
+}
+
+void MpvCore::SetSoundOutputListener(std::function<void(const std::string& output)> listener) {
+  sound_output_listener_ = std::move(listener);
+  if (handle_ == nullptr) return;
+  Mpv().observe_property(handle_, kSoundOutput, "current-ao", MPV_FORMAT_STRING);
 }
 
 void MpvCore::ReleaseHook() {

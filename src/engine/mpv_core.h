@@ -12,7 +12,9 @@
 #include <mpv/client.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -48,6 +50,13 @@ class MpvCore : public QObject {
   // Without a listener nothing is wanted of the core: a medium that it is about to open is stopped.
   void SetListener(Listener* listener);
 
+  // `listener` hears the name of the sound output in use whenever another one is; empty for none.
+  void SetSoundOutputListener(std::function<void(const std::string& output)> listener);
+
+  // False when the core has told nothing for a while though it was asked: it is stuck in what it
+  // does. To be called again and again while something is awaited.
+  bool Alive();
+
   // Before it opens a medium the core waits for the answer to its hook. Held, it waits until
   // `ReleaseHook`, or until there is no listener any more.
   void HoldHook(std::uint64_t hook) { held_hook_ = hook; }
@@ -77,9 +86,12 @@ class MpvCore : public QObject {
 
   mpv_handle* handle_ = nullptr;
   Listener* listener_ = nullptr;
+  std::function<void(const std::string& output)> sound_output_listener_;
   std::shared_ptr<VideoRenderer> renderer_;
   std::uint64_t last_request_ = 0;
   std::uint64_t held_hook_ = 0;  // 0: none
+  bool sign_wanted_ = false;     // of life
+  std::chrono::steady_clock::time_point sign_wanted_since_;
   std::atomic<bool> wakeup_pending_{false};
 };
 

@@ -28,6 +28,8 @@ constexpr std::array kObserved = {
     Observed{"video-out-params/rotate", MPV_FORMAT_INT64},
     Observed{"container-fps", MPV_FORMAT_DOUBLE},
     Observed{"video-bitrate", MPV_FORMAT_DOUBLE},
+    Observed{"metadata", MPV_FORMAT_NODE},
+    Observed{MpvTracks::kProperty, MPV_FORMAT_NODE},
 };
 
 // How long what was released stays loaded, in case another medium follows at once.
@@ -69,7 +71,7 @@ bool MpvEngine::HandleReady() const {
 
 void MpvEngine::MakeCore(mpv_handle* handle) {
   core_ = std::make_unique<MpvCore>(handle);
-  outputs_ = "null";
+  sound_.SetCore(core_.get());
   balance_filter_ = false;
   if (!core_->Valid()) return;
   std::uint64_t id = 0;
@@ -82,11 +84,12 @@ void MpvEngine::MakeCore(mpv_handle* handle) {
 }
 
 void MpvEngine::ReplaceCore() {
+  sound_.SetCore(nullptr);
   std::unique_ptr<MpvCore> stuck;
   stuck.swap(core_);
   MpvCore::Retire(std::move(stuck));
   MakeCore(MpvCore::CreateHandle(video_->Path() == VideoPath::kHardware));
-  ApplySoundOutputs();
+  sound_.Suspect();
   core_->SetListener(current_);
 }
 
@@ -96,6 +99,7 @@ bool MpvEngine::Shutdown(int milliseconds) {
   if (first_handle_.valid()) MakeCore(first_handle_.get());
   if (!core_) return true;
   core_->Command({"stop"});
+  sound_.SetCore(nullptr);
   const auto ended = MpvCore::Retire(std::move(core_));
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
   while (!*ended && std::chrono::steady_clock::now() < deadline) {
@@ -116,14 +120,12 @@ void MpvEngine::Claim(MpvGraph& graph) {
   }
   if (first_handle_.valid()) MakeCore(first_handle_.get());
   core_->SetListener(&graph);
-  while (probe_.Result() == SoundServer::kUnknown && current_ == &graph) {
+  while (!sound_.Asked() && current_ == &graph) {
     pump_.WaitAndPump(kProbePollMilliseconds);
   }
   if (current_ != &graph) return;
   unload_.stop();
-  ApplySoundOutputs();
-  // A server that did not answer now may answer when the next medium is opened.
-  if (probe_.Result() != SoundServer::kAnswers) probe_ = SoundProbe();
+  sound_.ApplyAndLookAhead();
 }
 
 void MpvEngine::Expect(const std::string& target) {
@@ -133,7 +135,7 @@ void MpvEngine::Expect(const std::string& target) {
   auto* again = new QTimer(video_.get());
   QObject::connect(again, &QTimer::timeout, again, [this, again] {
     if (current_ == nullptr && !expected_target_.empty() && !core_) {
-      if (!HandleReady() || probe_.Result() == SoundServer::kUnknown) return;
+      if (!HandleReady() || !sound_.Asked()) return;
       BeginExpected();
     }
     again->deleteLater();
@@ -145,7 +147,7 @@ void MpvEngine::BeginExpected() {
   MakeCore(first_handle_.get());
   const GateVerdict verdict = CheckMedium(expected_target_);
   if (!verdict.allowed || verdict.remote || !core_->Valid()) return;
-  ApplySoundOutputs();
+  sound_.Apply();
   expected_ = std::make_unique<MpvGraph>(*this);
   core_->SetListener(expected_.get());
   expected_->StartLoading(verdict.target, false);
@@ -157,13 +159,6 @@ std::optional<MpvGraphState> MpvEngine::TakeExpected(const std::string& target) 
   expected_.reset();
   expected_target_.clear();
   return state;
-}
-
-void MpvEngine::ApplySoundOutputs() {
-  const std::string outputs = SoundOutputs(probe_.Result());
-  if (outputs == outputs_) return;
-  outputs_ = outputs;
-  core_->SetText("ao", outputs_);
 }
 
 void MpvEngine::Release(MpvGraph& graph, bool at_once) {

@@ -8,7 +8,8 @@
 
 #include "engine/filter_graph.h"
 #include "engine/mpv_core.h"
-#include "engine/sound_probe.h"
+#include "engine/mpv_tracks.h"
+#include "engine/sound_watch.h"
 #include "engine/video_output.h"
 #include "system/message_pump.h"
 
@@ -61,6 +62,7 @@ class MpvEngine : public GraphFactory {
   std::optional<MpvGraphState> TakeExpected(const std::string& target);
   MpvCore& Core() { return *core_; }
   MessagePump& Pump() { return pump_; }
+  TrackWishes& Wishes() { return wishes_; }
 
   // The balance is a filter that is put into the chain when it is first needed.
   void SetBalance(int balance);
@@ -69,19 +71,17 @@ class MpvEngine : public GraphFactory {
   void MakeCore(mpv_handle* handle);
   bool HandleReady() const;
   void BeginExpected();
-  // Tells the core which sound outputs there are, if it was told otherwise.
-  void ApplySoundOutputs();
 
   MessagePump& pump_;
-  SoundProbe probe_;
+  SoundWatch sound_;
   std::unique_ptr<VideoOutput> video_;
   std::future<mpv_handle*> first_handle_;  // being made while the window comes up
   std::unique_ptr<MpvCore> core_;
   MpvGraph* current_ = nullptr;
   std::string expected_target_;
   std::unique_ptr<MpvGraph> expected_;  // the load of it, once begun
-  std::string outputs_ = "null";        // the sound outputs that the core was told to try
   bool balance_filter_ = false;
+  TrackWishes wishes_;
   QTimer unload_;
 };
 

@@ -4,6 +4,7 @@
 #include "engine/media_gate.h"
 #include "engine/mpv_engine.h"
 #include "engine/mpv_library.h"
+#include "system/ascii_text.h"
 
 #include <algorithm>
 #include <array>
@@ -25,6 +26,9 @@ constexpr double kLastMomentsPollSeconds = 0.01;
 constexpr auto kCorePatience = std::chrono::milliseconds(1500);
 constexpr auto kLocalPatience = std::chrono::seconds(30);
 constexpr auto kRemotePatience = std::chrono::seconds(60);
+constexpr auto kSubtitlePatience = std::chrono::seconds(5);
+// How long a medium that is ready waits for the list of the files beside it.
+constexpr auto kSearchPatience = std::chrono::milliseconds(300);
 
 constexpr int kGraphRunning = 0;
 constexpr int kGraphComplete = 1;
@@ -54,6 +58,18 @@ bool AsFlag(const mpv_event_property& property) {
 std::string AsText(const mpv_event_property& property) {
   if (property.format != MPV_FORMAT_STRING) return {};
   return *static_cast<char* const*>(property.data);
+}
+
+MediaTags AsTags(const mpv_event_property& property) {
+  MediaTags tags;
+  if (property.format != MPV_FORMAT_NODE) return tags;
+  const auto& node = *static_cast<const mpv_node*>(property.data);
+  if (node.format != MPV_FORMAT_NODE_MAP) return tags;
+  for (int i = 0; i < node.u.list->num; ++i) {
+    const mpv_node& value = node.u.list->values[i];
+    if (value.format == MPV_FORMAT_STRING) tags[LowerAscii(node.u.list->keys[i])] = value.u.string;
+  }
+  return tags;
 }
 
 std::string SecondsText(double seconds) {
@@ -101,28 +117,34 @@ void MpvGraph::StartLoading(const std::string& target, bool remote) {
   clock_.BeginSeek(0.0, Clock::now());
   MpvCore& core = engine_.Core();
   engine_.ResetBalance();
+  // What goes wrong with a certificate is told nowhere else.
+  Mpv().request_log_messages(core.Handle(), remote ? "error" : "no");
   core.SetFlag("pause", true);
   core.SetDouble("speed", 1.0);
   core.SetDouble("volume", CoreVolume(kFullVolume));
   // A stream may be made of parts that its server names; a local file has no business to name any.
-  load_request_ = core.Command({"loadfile", target.c_str(), "replace",
-                                remote ? "access-references=yes" : "access-references=no"});
+  const std::string options =
+      std::string(remote ? "access-references=yes," : "access-references=no,") +
+      tracks_.Begin(target, remote, engine_.Wishes());
+  load_request_ = core.Command({"loadfile", target.c_str(), "replace", options.c_str()});
 }
 
 bool MpvGraph::WaitUntilLoaded(const std::string& target, bool remote) {
   const auto begin = Clock::now();
   bool replaced = false;
-  while (phase_ == Phase::kLoading || phase_ == Phase::kPreparing) {
+  const auto found = [&] { return !tracks_.Searching() || Clock::now() - begin > kSearchPatience; };
+  while (phase_ == Phase::kLoading || phase_ == Phase::kPreparing || (Ready() && !found())) {
     engine_.Pump().WaitAndPump(kPollMilliseconds);
     if (abandoned_ || !engine_.IsCurrent(*this)) return false;
     const auto waited = Clock::now() - begin;
-    if (!load_accepted_ && !replaced && waited > kCorePatience) {
+    if (!replaced && ((!load_accepted_ && waited > kCorePatience) || !engine_.Core().Alive())) {
       replaced = true;
       engine_.ReplaceCore();
       StartLoading(target, remote);
     }
     if (waited > (remote ? kRemotePatience : kLocalPatience)) return false;
   }
+  if (Ready()) tracks_.AddFound(engine_.Core());
   return Ready();
 }
 
@@ -287,9 +309,51 @@ std::optional<int> MpvGraph::get_BitErrorRate() const {
   return 0;
 }
 
+const MediaTags* MpvGraph::get_Tags() const {
+  return Ready() ? &tags_ : nullptr;
+}
+
 std::optional<VideoSize> MpvGraph::GetVideoSize() const {
   if (!HasVideo()) return std::nullopt;
   return size_;
+}
+
+std::vector<MediaTrack> MpvGraph::Tracks() const {
+  return Ready() ? tracks_.List() : std::vector<MediaTrack>();
+}
+
+bool MpvGraph::SelectTrack(TrackKind kind, int id) {
+  if (!Ready() || !tracks_.Select(engine_.Core(), kind, id)) return false;
+  TrackWishes& wishes = engine_.Wishes();
+  if (kind == TrackKind::kSubtitle) wishes.no_subtitles = id == 0;
+  if (const MediaTrack* const track = tracks_.Selected(kind)) {
+    (kind == TrackKind::kSound ? wishes.sound : wishes.subtitles) = track->language;
+  }
+  if (kind == TrackKind::kSubtitle) ShowSubtitlesNow();
+  return true;
+}
+
+// Halted, the core reads nothing of a track that it has not read before until it is moved.
+void MpvGraph::ShowSubtitlesNow() {
+  if (!clock_.Running()) put_CurrentPosition(clock_.Position(Clock::now()));
+}
+
+bool MpvGraph::AddSubtitles(const std::string& path) {
+  const GateVerdict verdict = CheckMedium(path);
+  if (!Ready() || !verdict.allowed || verdict.remote || !MayBeSubtitles(verdict.target)) {
+    return false;
+  }
+  tracks_.Add(engine_.Core(), verdict.target);
+  for (const auto begin = Clock::now(); Clock::now() - begin < kSubtitlePatience;) {
+    engine_.Pump().WaitAndPump(kPollMilliseconds);
+    if (!engine_.IsCurrent(*this)) return false;
+    if (!tracks_.Added()) continue;
+    if (!*tracks_.Added()) return false;
+    engine_.Wishes().no_subtitles = false;
+    ShowSubtitlesNow();
+    return true;
+  }
+  return false;
 }
 
 int MpvGraph::WaitForCompletion(int timeout_milliseconds) {
@@ -343,12 +407,16 @@ void MpvGraph::OnMpvEvent(const mpv_event& event) {
     case MPV_EVENT_GET_PROPERTY_REPLY:
       OnReply(event);
       break;
+    case MPV_EVENT_LOG_MESSAGE:
+      OnLog(*static_cast<mpv_event_log_message*>(event.data));
+      break;
     case MPV_EVENT_PROPERTY_CHANGE:
       OnProperty(*static_cast<mpv_event_property*>(event.data));
       break;
     default:
       break;
   }
+  if (phase_ == Phase::kPreparing || Ready()) tracks_.AddFound(engine_.Core());
 }
 
 void MpvGraph::OnCommandReply(const mpv_event& event) {
@@ -371,6 +439,8 @@ void MpvGraph::OnCommandReply(const mpv_event& event) {
     if (event.error >= 0) return;
     // The medium cannot be moved: the clock goes on from where it really is.
     confirm_request_ = engine_.Core().Ask("time-pos", MPV_FORMAT_DOUBLE);
+  } else {
+    tracks_.OnCommandReply(event);
   }
 }
 
@@ -401,6 +471,8 @@ void MpvGraph::OnFileLoaded() {
   format_request_ = core.Ask("file-format", MPV_FORMAT_STRING);
   duration_request_ = core.Ask("duration", MPV_FORMAT_DOUBLE);
   video_request_ = core.Ask("vid", MPV_FORMAT_STRING);
+  tags_request_ = core.Ask("metadata", MPV_FORMAT_NODE);
+  tracks_.Ask(core);
 }
 
 void MpvGraph::OnEndFile(const mpv_event_end_file& end) {
@@ -452,11 +524,14 @@ void MpvGraph::OnReply(const mpv_event& event) {
     duration_request_ = 0;
     const double* duration = known ? AsDouble(*property) : nullptr;
     clock_.SetDuration(duration != nullptr ? *duration : 0.0);
+  } else if (event.reply_userdata == tags_request_) {
+    tags_request_ = 0;
+    if (known) tags_ = AsTags(*property);
   } else if (event.reply_userdata == video_request_) {
     video_request_ = 0;
     const std::string track = known ? AsText(*property) : std::string();
     has_video_track_ = !track.empty() && track != "no" && track != "auto";
-  } else {
+  } else if (!tracks_.OnReply(event, engine_.Core())) {
     return;
   }
   CheckPrepared();
@@ -465,6 +540,7 @@ void MpvGraph::OnReply(const mpv_event& event) {
 void MpvGraph::CheckPrepared() {
   if (phase_ != Phase::kPreparing) return;
   if (format_request_ != 0 || duration_request_ != 0 || video_request_ != 0) return;
+  if (!tracks_.Known()) return;
   if (has_video_track_ && size_.width == 0) return;
   phase_ = Phase::kReady;
 }
@@ -496,9 +572,17 @@ void MpvGraph::OnProperty(const mpv_event_property& property) {
     const double* rate = AsDouble(property);
     frames_per_second_ = rate != nullptr ? *rate : 0.0;
     clock_.SetPictureSeconds(frames_per_second_ > 0.0 ? 1.0 / frames_per_second_ : 0.0);
+  } else if (name == "metadata") {
+    tags_ = AsTags(property);
   } else if (name == "video-bitrate") {
     if (const double* rate = AsDouble(property)) bit_rate_ = *rate;
+  } else if (name == MpvTracks::kProperty) {
+    tracks_.OnList(property);
   }
+}
+
+void MpvGraph::OnLog(const mpv_event_log_message& message) {
+  if (ContainsIgnoringCase(message.text, "certificate")) certificate_refused_ = true;
 }
 
 void MpvGraph::UpdateVideoSize() {

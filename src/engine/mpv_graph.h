@@ -7,6 +7,7 @@
 
 #include "engine/filter_graph.h"
 #include "engine/mpv_core.h"
+#include "engine/mpv_tracks.h"
 #include "engine/playing_clock.h"
 
 #include <mpv/client.h>
@@ -14,6 +15,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kv {
 
@@ -26,6 +28,7 @@ struct MpvGraphState {
 
   Phase phase_ = Phase::kEmpty;
   bool abandoned_ = false;
+  bool certificate_refused_ = false;
 
   // Loading
   std::uint64_t load_request_ = 0;
@@ -35,6 +38,7 @@ struct MpvGraphState {
   std::uint64_t format_request_ = 0;
   std::uint64_t duration_request_ = 0;
   std::uint64_t video_request_ = 0;
+  std::uint64_t tags_request_ = 0;
   bool has_video_track_ = false;
 
   // Playing
@@ -52,7 +56,11 @@ struct MpvGraphState {
   int rotation_ = 0;
   double frames_per_second_ = 0.0;
   double bit_rate_ = 0.0;
+
+  MediaTags tags_;
   VideoSize size_;
+
+  MpvTracks tracks_;
 };
 
 class MpvGraph : public FilterGraph, public MpvCore::Listener, private MpvGraphState {
@@ -63,6 +71,7 @@ class MpvGraph : public FilterGraph, public MpvCore::Listener, private MpvGraphS
   MpvGraph& operator=(const MpvGraph&) = delete;
 
   bool RenderFile(const std::string& target) override;
+  bool CertificateRefused() const override { return certificate_refused_; }
   bool Run() override;
   bool Pause() override;
   bool Stop() override;
@@ -94,6 +103,12 @@ class MpvGraph : public FilterGraph, public MpvCore::Listener, private MpvGraphS
   std::optional<int> get_BitErrorRate() const override;
   std::optional<VideoSize> GetVideoSize() const override;
 
+  std::vector<MediaTrack> Tracks() const override;
+  bool SelectTrack(TrackKind kind, int id) override;
+  bool AddSubtitles(const std::string& path) override;
+
+  const MediaTags* get_Tags() const override;
+
   int WaitForCompletion(int timeout_milliseconds) override;
 
   void OnMpvEvent(const mpv_event& event) override;
@@ -117,7 +132,9 @@ class MpvGraph : public FilterGraph, public MpvCore::Listener, private MpvGraphS
   void OnEndFile(const mpv_event_end_file& end);
   void OnPlaybackRestart();
   void OnReply(const mpv_event& event);
+  void OnLog(const mpv_event_log_message& message);
   void OnProperty(const mpv_event_property& property);
+  void ShowSubtitlesNow();
   void UpdateVideoSize();
   void CheckPrepared();
 

@@ -25,6 +25,7 @@ struct MpvLibrary {
   decltype(&mpv_set_wakeup_callback) set_wakeup_callback = nullptr;
   decltype(&mpv_hook_add) hook_add = nullptr;
   decltype(&mpv_hook_continue) hook_continue = nullptr;
+  decltype(&mpv_request_log_messages) request_log_messages = nullptr;
   decltype(&mpv_render_context_create) render_context_create = nullptr;
   decltype(&mpv_render_context_free) render_context_free = nullptr;
   decltype(&mpv_render_context_render) render_context_render = nullptr;

@@ -1,5 +1,7 @@
 #include "playlist/details_loader.h"
 
+#include "system/translation.h"
+
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -11,7 +13,7 @@ namespace {
 
 constexpr int kTickMilliseconds = 5;
 constexpr int kRowsAhead = 8;
-constexpr const char* kLoading = "Loading details...";
+constexpr const char* kLoading = TrLater("Loading details...");
 
 }  // namespace
 
@@ -77,8 +79,9 @@ void DetailsLoader::Tick() {
     Stop();
     return;
   }
-  if (form_.DetailsCursor == 0 && !quiet_ && rows_.RowCount() > 0 && rows_.Status() != kLoading) {
-    rows_.SetStatus(kLoading);
+  if (form_.DetailsCursor == 0 && !quiet_ && rows_.RowCount() > 0 &&
+      rows_.Status() != Tr(kLoading)) {
+    rows_.SetStatus(Tr(kLoading));
     pump_.PumpOnce();
     if (form_.Closing || !Running()) return;
   }

@@ -2,6 +2,7 @@
 
 #include "controls/file_copier_bar.h"
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -84,13 +85,13 @@ frmCopy::frmCopy(std::vector<std::string> files, TimerSource& time, const TextPl
       CopyStartTimer_(
           time.MakeTimer(TimerKind::kOrdinary, kStartMilliseconds, [this] { CopyStartTimer(); })) {
   open_ = true;
-  setWindowTitle(QStringLiteral("FileCopier - Kestrelview"));
+  setWindowTitle(QTr("FileCopier - Kestrelview"));
   FileCopierLook look = copier_.Look();
   look.BorderStyle = 1;
   look.BackColor = kSystemWindow;
   look.FillColor = kSystemHighlight;
   copier_.SetLook(look);
-  FileCopier1_->setAccessibleName(QStringLiteral("Progress"));
+  FileCopier1_->setAccessibleName(QTr("Progress"));
   Label2_->setTextFormat(Qt::PlainText);
 
   auto* const bottom = new QHBoxLayout;
@@ -122,7 +123,7 @@ void frmCopy::Form_Load() {
 void frmCopy::CopyStartTimer() {
   CopyStartTimer_->SetEnabled(false);
   started_ = true;
-  Command1_->setText(QStringLiteral("&Cancel"));
+  Command1_->setText(QTr("&Cancel"));
   files_.Start();
 }
 

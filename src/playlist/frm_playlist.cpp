@@ -5,6 +5,7 @@
 #include "playlist/window_place_qt.h"
 #include "system/paths.h"
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -29,7 +30,7 @@ constexpr int kGeometryMilliseconds = 1000;
 constexpr int kResizeMilliseconds = 10;
 constexpr int kStatusMargin = 8;
 constexpr const char* kLastFolder = "LastPlaylistAddFolder";
-constexpr const char* kAdding = "Adding files...";
+constexpr const char* kAdding = TrLater("Adding files...");
 
 }  // namespace
 
@@ -88,7 +89,7 @@ frmPlaylist::frmPlaylist(PlaylistWindowHost& host, Parts parts, QWidget* owner)
       ResizeTimer_(parts_.timers.MakeTimer(TimerKind::kOrdinary, kResizeMilliseconds,
                                            [this] { ResizeTimer(); })) {
   setObjectName(QStringLiteral("frmPlaylist"));
-  setWindowTitle(QStringLiteral("Kestrelview - Playlist"));
+  setWindowTitle(QTr("Kestrelview - Playlist"));
   setAttribute(Qt::WA_QuitOnClose, false);
   setMinimumSize(kSmallestSize);
   setFocusProxy(pList_);
@@ -126,7 +127,7 @@ void frmPlaylist::MakeMenu() {
       mnu_->addSeparator();
       continue;
     }
-    QAction* const action = mnu_->addAction(ToQString(entry.caption));
+    QAction* const action = mnu_->addAction(QTr(entry.caption));
     action->setObjectName(ToQString(entry.name));
     // Shown, and nothing more: the keys are the form's.
     const QKeySequence keys(ToQString(KeysOf(entry.command)), QKeySequence::PortableText);
@@ -151,9 +152,9 @@ void frmPlaylist::MakeKeys() {
 void frmPlaylist::MakeStatusBar() {
   StatusBar1_->setObjectName(QStringLiteral("StatusBar1"));
   panel1_->setObjectName(QStringLiteral("Panel1"));
-  panel1_->setAccessibleName(tr("List"));
+  panel1_->setAccessibleName(QTr("List"));
   panel2_->setObjectName(QStringLiteral("Panel2"));
-  panel2_->setAccessibleName(tr("Player"));
+  panel2_->setAccessibleName(QTr("Player"));
   auto* const panels = new QHBoxLayout(StatusBar1_);
   panels->setContentsMargins(kStatusMargin, 4, kStatusMargin, 4);
   panels->setSpacing(2 * kStatusMargin);
@@ -321,7 +322,8 @@ void frmPlaylist::AddFiles() {
   if (scanning_ != nullptr) return;  // one walk at a time
   const std::string start = parts_.registry.RegReadValue(RegistryRoot::kCurrentUser,
                                                          PlaylistFiles::kGeneralKey, kLastFolder);
-  const std::string folder = parts_.dialogs.BrowseDirectorysOnly("Add folder to playlist:", start);
+  const std::string folder =
+      parts_.dialogs.BrowseDirectorysOnly(Tr("Add folder to playlist:"), start);
   if (!folder.empty() && !Closing_ && scanning_ == nullptr) AddFolder(folder);
   host_.UpdateFileDisp("");
 }
@@ -329,7 +331,7 @@ void frmPlaylist::AddFiles() {
 void frmPlaylist::AddFolder(const std::string& folder) {
   LockWindowRedraw(true);
   setCursor(Qt::BusyCursor);
-  parts_.rows.SetStatus(kAdding);
+  parts_.rows.SetStatus(Tr(kAdding));
   parts_.session.ScanAbort = false;
   scanning_ = std::make_unique<frmScanning>(parts_.session, this);
   scanning_->show();
@@ -348,7 +350,7 @@ void frmPlaylist::OLEDragDrop(const DroppedMedia& media) {
   if (Closing_) return;
   const Working working(*this);
   LockWindowRedraw(true);
-  parts_.rows.SetStatus(kAdding);
+  parts_.rows.SetStatus(Tr(kAdding));
   parts_.pump.PumpOnce();
   if (!Closing_ && !media.files.empty()) host_.AddFilesOrFolders(media.files);
   for (const std::string& address : media.addresses) {

@@ -3,6 +3,7 @@
 #include "playlist/window_place_qt.h"
 #include "system/shown_text.h"
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -48,18 +49,18 @@ frmQuickSearch::frmQuickSearch(QuickSearch& search, TimerSource& timers, const Q
       search_(search),
       Text1_(new QLineEdit(this)),
       List1_(new QListView(this)),
-      note_(new QLabel(QStringLiteral("Searching filenames only! To search Tags as well, you must "
-                                      "open the playlist."),
+      note_(new QLabel(QTr("Searching filenames only! To search Tags as well, you must "
+                           "open the playlist."),
                        this)),
       lines_(new FoundLines(search, this)),
       CheckPlaylistIsOpen_(timers.MakeTimer(TimerKind::kOrdinary, kCheckMilliseconds,
                                             [this] { CheckPlaylistIsOpen(); })) {
   setObjectName(QStringLiteral("frmQuickSearch"));
   setPalette(colors);
-  setWindowTitle(QStringLiteral("Kestrelview - Quick Search"));
-  Text1_->setAccessibleName(tr("Search for"));
-  Text1_->setPlaceholderText(tr("*part of a name*"));
-  List1_->setAccessibleName(tr("Found"));
+  setWindowTitle(QTr("Kestrelview - Quick Search"));
+  Text1_->setAccessibleName(QTr("Search for"));
+  Text1_->setPlaceholderText(QTr("*part of a name*"));
+  List1_->setAccessibleName(QTr("Found"));
   List1_->setUniformItemSizes(true);
   List1_->setSpacing(1);
   List1_->setTextElideMode(Qt::ElideRight);

@@ -1,5 +1,7 @@
 #include "playlist/frm_scanning.h"
 
+#include "system/translation_qt.h"
+
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -21,14 +23,14 @@ frmScanning::frmScanning(Session& session, QWidget* owner)
       session_(session),
       path_(new TextLine(TextLine::Shorten::kPath, this)),
       count_(new TextLine(TextLine::Shorten::kEnd, this)),
-      Command1_(new QPushButton(QStringLiteral("&Cancel"), this)) {
+      Command1_(new QPushButton(QTr("&Cancel"), this)) {
   session_.ScanWindowOpen = true;
   session_.ScanAbort = false;
   setObjectName(QStringLiteral("frmScanning"));
-  setWindowTitle(QStringLiteral("Kestrelview - Adding files to playlist..."));
+  setWindowTitle(QTr("Kestrelview - Adding files to playlist..."));
   if (owner != nullptr) setPalette(owner->palette());
-  path_->setAccessibleName(tr("File"));
-  count_->setAccessibleName(tr("Files in list"));
+  path_->setAccessibleName(QTr("File"));
+  count_->setAccessibleName(QTr("Files in list"));
   auto* const bottom = new QHBoxLayout;
   bottom->addWidget(count_, 1);
   bottom->addWidget(Command1_);

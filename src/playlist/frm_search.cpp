@@ -1,6 +1,7 @@
 #include "playlist/frm_search.h"
 
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -23,18 +24,19 @@ constexpr int kRowGap = 1;
 frmSearch::frmSearch(ListSearch& search, QWidget* owner)
     : QDialog(owner), search_(search), Text1_(new QLineEdit(this)), List1_(new QListWidget(this)) {
   setObjectName(QStringLiteral("frmSearch"));
-  setWindowTitle(QStringLiteral("Search in Playlist"));
+  setWindowTitle(QTr("Search in Playlist"));
   if (owner != nullptr) setPalette(owner->palette());
-  auto* const keyword = new QLabel(tr("&Keyword (* any text, ? one character, # one digit)"), this);
-  auto* const fields = new QLabel(tr("&Fields"), this);
+  auto* const keyword =
+      new QLabel(QTr("&Keyword (* any text, ? one character, # one digit)"), this);
+  auto* const fields = new QLabel(QTr("&Fields"), this);
   keyword->setBuddy(Text1_);
   fields->setBuddy(List1_);
-  Text1_->setAccessibleName(tr("Keyword"));
-  List1_->setAccessibleName(tr("Fields"));
+  Text1_->setAccessibleName(QTr("Keyword"));
+  List1_->setAccessibleName(QTr("Fields"));
   FillList1();
 
-  auto* const Command1 = new QPushButton(QStringLiteral("Search (F3)"), this);
-  auto* const Command2 = new QPushButton(QStringLiteral("&Cancel"), this);
+  auto* const Command1 = new QPushButton(QTr("Search (F3)"), this);
+  auto* const Command2 = new QPushButton(QTr("&Cancel"), this);
   Command1->setDefault(true);
   Command2->setAutoDefault(false);
   auto* const buttons = new QHBoxLayout;
@@ -65,7 +67,7 @@ void frmSearch::FillList1() {
   List1_->setUniformItemSizes(true);
   const bool again = !search_.Keyword().empty();
   for (std::size_t i = 0; i < search_.Fields().size(); ++i) {
-    auto* const item = new QListWidgetItem(ToQString(kPlaylistColumnTable[i + 1].title), List1_);
+    auto* const item = new QListWidgetItem(QTr(kPlaylistColumnTable[i + 1].title), List1_);
     item->setSelected(again && search_.Fields()[i]);
   }
   List1_->setSpacing(kRowGap);

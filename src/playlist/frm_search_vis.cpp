@@ -1,9 +1,10 @@
 #include "playlist/frm_search_vis.h"
 
+#include "system/translation_qt.h"
+
 namespace kv {
 
-frmSearchVis::frmSearchVis(QWidget* owner)
-    : QLabel(QStringLiteral("Searching in playlist...."), owner) {
+frmSearchVis::frmSearchVis(QWidget* owner) : QLabel(QTr("Searching in playlist...."), owner) {
   constexpr int kMargin = 18;
   setObjectName(QStringLiteral("frmSearchVis"));
   setMargin(kMargin);

@@ -3,6 +3,7 @@
 #include "system/files.h"
 #include "system/name_tests.h"
 #include "system/paths.h"
+#include "system/translation.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -67,7 +68,9 @@ void ListAdding::AddFileToList(const std::string& path) {
   ScanWindow* const scan = session_.ScanWindowOpen ? host_.OpenScanWindow() : nullptr;
   if (scan == nullptr) return;
   scan->ShowPath(path);
-  scan->ShowCount(std::to_string(row_count) + " files in list.");
+  scan->ShowCount(
+      Fill(Tr("%1 files in list.", "%1 files in list.", static_cast<unsigned long>(row_count)),
+           std::to_string(row_count)));
   pump_.PumpOnce();
 }
 
@@ -81,9 +84,10 @@ void ListAdding::AddFolderToList(const std::string& path) {
   PumpNowAndThen();
   if (Stopped() || !FileExists(path)) return;
   if (Full()) {
-    dialogs_.ShowMessageBox({"Can't add more than " + std::to_string(kPlaylistLimit) +
-                                 " files to the playlist. Save and make several playlists!",
-                             BoxIcon::kExclamation, BoxButtons::kOk, ""});
+    dialogs_.ShowMessageBox(
+        {Fill(Tr("Can't add more than %1 files to the playlist. Save and make several playlists!"),
+              std::to_string(kPlaylistLimit)),
+         BoxIcon::kExclamation, BoxButtons::kOk, ""});
     return;
   }
   AddFileToList(path);
@@ -154,9 +158,11 @@ void ListAdding::AddEach(const std::vector<std::string>& files, bool tell_full) 
 }
 
 void ListAdding::TellFull() {
-  dialogs_.ShowMessageBox({"Can't have more than " + std::to_string(kPlaylistLimit) +
-                               " files in a playlist. Save and make several playlist files!",
-                           BoxIcon::kExclamation, BoxButtons::kOk, ""});
+  dialogs_.ShowMessageBox(
+      {Fill(
+           Tr("Can't have more than %1 files in a playlist. Save and make several playlist files!"),
+           std::to_string(kPlaylistLimit)),
+       BoxIcon::kExclamation, BoxButtons::kOk, ""});
 }
 
 }  // namespace kv

@@ -3,6 +3,7 @@
 #include "playlist/fold_text.h"
 #include "system/name_tests.h"
 #include "system/paths.h"
+#include "system/translation.h"
 
 #include <algorithm>
 #include <chrono>
@@ -51,7 +52,7 @@ ListOrder::ListOrder(OSTList& list, ListRows& rows, PlaylistForm& form, RowDetai
 void ListOrder::SList() {
   if (working_) return;
   form_.DetailsCursor = 0;
-  rows_.SetStatus("Sorting list...");
+  rows_.SetStatus(Tr("Sorting list..."));
   SortPlaylist(-1);
   host_.UpdateFileDisp("");
   rows_.UpdateNumberOfitemsStatus();
@@ -60,7 +61,7 @@ void ListOrder::SList() {
 void ListOrder::RList() {
   if (working_) return;
   details_.Stop();
-  rows_.SetStatus("Randomizing list...");
+  rows_.SetStatus(Tr("Randomizing list..."));
   RandomizePlaylist();
   host_.UpdateFileDisp("");
   details_.Restart();
@@ -93,7 +94,7 @@ void ListOrder::SortPlaylist(int column) {
   if (working_) return;
   host_.SetBusyPointer(true);
   session_.PlaylistDirty = true;
-  rows_.SetStatus("Sorting...");
+  rows_.SetStatus(Tr("Sorting..."));
   const std::vector<std::string> keys = SortKeys(column);
   std::vector<int> order(keys.size());
   std::iota(order.begin(), order.end(), 0);
@@ -108,7 +109,7 @@ void ListOrder::SortPlaylist(int column) {
 void ListOrder::RandomizePlaylist() {
   if (working_) return;
   host_.SetBusyPointer(true);
-  rows_.SetStatus("Randimizing...");
+  rows_.SetStatus(Tr("Randimizing..."));
   session_.PlaylistDirty = true;
   const Random random = random_ ? random_ : ClockSeeded();
   std::vector<int> left(static_cast<std::size_t>(list_.Count()));
@@ -147,18 +148,13 @@ void ListOrder::MoveFilesUp() {
   MoveBy(-1);
 }
 
-// Walks from the end that the rows move to, so that a block moves as one.
 void ListOrder::MoveBy(int step) {
   if (working_) return;
   const int end = step > 0 ? rows_.RowCount() : 1;
   if (rows_.RowCount() == 0 || rows_.IsSelected(end)) return;
-  std::vector<int> selected = rows_.SelectedRows();
-  if (selected.empty()) return;
-  if (step > 0) std::reverse(selected.begin(), selected.end());
-  for (const int row : selected) {
-    rows_.Exchange(step > 0 ? row : row - 1);
-    rows_.Select(row, false);
-    rows_.Select(row + step, true);
+  const std::vector<int> moved = rows_.MoveSelected(step);
+  if (moved.empty()) return;
+  for (const int row : moved) {
     if (settings_.PlaylistIndex == row + step) {
       settings_.PlaylistIndex = row;
     } else if (settings_.PlaylistIndex == row) {
@@ -171,7 +167,7 @@ void ListOrder::MoveBy(int step) {
     }
   }
   host_.UpdateFileDisp("");
-  rows_.EnsureVisible(selected.back());
+  rows_.EnsureVisible(moved.back());
 }
 
 void ListOrder::RowRemoved(int row) {
@@ -225,7 +221,7 @@ void ListOrder::RemoveSel(bool deleteFromDisk) {
   if (working_) return;
   working_ = true;
   host_.LockWindowRedraw(true);
-  rows_.SetStatus("Updating list...");
+  rows_.SetStatus(Tr("Updating list..."));
   host_.SetBusyPointer(true);
   int last_removed = 0;
   const std::vector<int> selected = rows_.SelectedRows();
@@ -243,10 +239,10 @@ void ListOrder::RemoveSel(bool deleteFromDisk) {
 
 void ListOrder::DelSel() {
   if (working_) return;
-  const BoxAnswer answer = dialogs_.ShowMessageBox({.text = "Delete files from DISK ?",
+  const BoxAnswer answer = dialogs_.ShowMessageBox({.text = Tr("Delete files from DISK ?"),
                                                     .icon = BoxIcon::kExclamation,
                                                     .buttons = BoxButtons::kOkCancel,
-                                                    .title = "DELETE FROM DISK?"});
+                                                    .title = Tr("DELETE FROM DISK?")});
   if (answer == BoxAnswer::kCancel || form_.Closing || session_.Unloading) return;
   RemoveSel(true);
   host_.UpdateFileDisp("");

@@ -4,6 +4,8 @@
 #include "system/ascii_text.h"
 #include "system/name_tests.h"
 #include "system/paths.h"
+#include "system/shown_text.h"
+#include "system/translation.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -63,6 +65,21 @@ std::string_view CellTexts::Text(int sub_item) const {
   return std::string_view(text_).substr(begin, ends_[i] - begin);
 }
 
+CellTexts CellTexts::Lower(const TextPlatform& platform) const {
+  CellTexts lower;
+  if (IsAscii(text_)) {
+    lower = *this;
+    FoldAscii(lower.text_);
+    return lower;
+  }
+  lower.text_.reserve(text_.size());
+  for (std::size_t i = 0; i < ends_.size(); ++i) {
+    lower.text_ += LowerText(Text(static_cast<int>(i) + 1), platform);
+    lower.ends_[i] = static_cast<std::uint32_t>(lower.text_.size());
+  }
+  return lower;
+}
+
 ListRows::ListRows(const OSTList& list, PlaylistForm& form, const Settings& settings,
                    const TextPlatform& text)
     : list_(list), form_(form), settings_(settings), text_(text) {}
@@ -95,10 +112,11 @@ void ListRows::Form_Unload() {
 std::unique_ptr<ListRows::Row> ListRows::MakeRow(const std::string& path, bool whole_url) const {
   auto row = std::make_unique<Row>();
   row->icon = GetIcon(path);
+  const std::string shown = WithoutUserInfo(path);
   if (whole_url && IsUrl(path)) {
-    row->cells.Set({path});
+    row->cells.Set({shown});
   } else {
-    row->cells.Set({FileNameOfPath(path)});
+    row->cells.Set({FileNameOfPath(shown)});
   }
   return row;
 }
@@ -153,14 +171,7 @@ const CellTexts& ListRows::Folded(int row) const {
   Row* found = At(row);
   if (found == nullptr) return kEmpty;
   if (found->folded == nullptr) {
-    std::array<std::string, static_cast<std::size_t>(kLastSubItem)> lower;
-    CellTexts::Views views;
-    for (std::size_t i = 0; i < views.size(); ++i) {
-      lower[i] = LowerText(found->cells.Text(static_cast<int>(i) + 1), text_);
-      views[i] = lower[i];
-    }
-    found->folded = std::make_unique<CellTexts>();
-    found->folded->Set(views);
+    found->folded = std::make_unique<CellTexts>(found->cells.Lower(text_));
   }
   return *found->folded;
 }
@@ -173,7 +184,8 @@ bool ListRows::ShowsItem(int row) const {
   const Row* found = At(row);
   if (found == nullptr || row > list_.Count()) return false;
   const std::string_view shown = found->cells.Text(1);
-  return shown == list_.Item(row) || shown == FileNameOfPath(list_.Item(row));
+  const std::string item = WithoutUserInfo(list_.Item(row));
+  return shown == item || shown == FileNameOfPath(item);
 }
 
 void ListRows::SetDetailsOf(int row, const MediaDetails& details) {
@@ -305,13 +317,28 @@ void ListRows::Clear() {
 void ListRows::Exchange(int upper) {
   Row* a = At(upper);
   Row* b = At(upper + 1);
-  if (a == nullptr || b == nullptr) return;
   std::swap(a->cells, b->cells);
   std::swap(a->folded, b->folded);
   std::swap(a->icon, b->icon);
   // The lower one had no details yet and would be passed over in its new place.
   if (form_.DetailsCursor == upper) form_.DetailsCursor = upper - 1;
-  observer_->RowsChanged(upper, upper + 1);
+}
+
+// From the end that the rows move to, so that a block moves as one.
+std::vector<int> ListRows::MoveSelected(int step) {
+  std::vector<int> moved = SelectedRows();
+  if (moved.empty()) return moved;
+  const int first = std::min(moved.front(), moved.front() + step);
+  const int last = std::max(moved.back(), moved.back() + step);
+  if (step > 0) std::reverse(moved.begin(), moved.end());
+  for (const int row : moved) {
+    Exchange(std::min(row, row + step));
+    At(row)->selected = false;
+    At(row + step)->selected = true;
+  }
+  observer_->RowsChanged(first, last);
+  observer_->SelectionMoved(first, last, step);
+  return moved;
 }
 
 void ListRows::TakeOnForRemoval(const std::vector<int>& rows) {
@@ -337,7 +364,9 @@ void ListRows::UpdateNumbers() {
 }
 
 void ListRows::UpdateNumberOfitemsStatus() {
-  SetStatus(std::to_string(RowCount()) + " items in list.");
+  SetStatus(
+      Fill(Tr("%1 items in list.", "%1 items in list.", static_cast<unsigned long>(RowCount())),
+           std::to_string(RowCount())));
 }
 
 void ListRows::SetStatus(const std::string& text) {

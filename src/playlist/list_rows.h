@@ -12,6 +12,7 @@
 #include "playlist/ost_list.h"
 #include "playlist/playlist_form.h"
 #include "state/settings.h"
+#include "system/translation.h"
 
 #include <array>
 #include <cstddef>
@@ -48,18 +49,18 @@ struct PlaylistColumnInfo {
 };
 
 inline constexpr std::array<PlaylistColumnInfo, kPlaylistColumns> kPlaylistColumnTable = {{
-    {PlaylistColumn::kNo, "No", true, 750, "0000"},
-    {PlaylistColumn::kFilename, "Filename", false, 4500, "Filename"},
-    {PlaylistColumn::kTime, "Time", true, 1050, "00:00:00"},
-    {PlaylistColumn::kFileSize, "File size", true, 1200, "1000.00 MB"},
-    {PlaylistColumn::kArtist, "Artist", false, 2100, "Artist"},
-    {PlaylistColumn::kAlbum, "Album", false, 2100, "Album"},
-    {PlaylistColumn::kTitle, "Title", false, 2700, "Title"},
-    {PlaylistColumn::kGenre, "Genre", false, 1350, "Genre"},
-    {PlaylistColumn::kBitrate, "Bitrate", true, 900, "Bitrate"},
-    {PlaylistColumn::kMode, "Mode", false, 1350, "Joint stereo"},
-    {PlaylistColumn::kFrequency, "Frequency", true, 1200, "Frequency"},
-    {PlaylistColumn::kExt, "Ext.", false, 750, "Ext."},
+    {PlaylistColumn::kNo, TrLater("No"), true, 750, "0000"},
+    {PlaylistColumn::kFilename, TrLater("Filename"), false, 4500, TrLater("Filename")},
+    {PlaylistColumn::kTime, TrLater("Time"), true, 1050, "00:00:00"},
+    {PlaylistColumn::kFileSize, TrLater("File size"), true, 1200, "1000.00 MB"},
+    {PlaylistColumn::kArtist, TrLater("Artist"), false, 2100, TrLater("Artist")},
+    {PlaylistColumn::kAlbum, TrLater("Album"), false, 2100, TrLater("Album")},
+    {PlaylistColumn::kTitle, TrLater("Title"), false, 2700, TrLater("Title")},
+    {PlaylistColumn::kGenre, TrLater("Genre"), false, 1350, TrLater("Genre")},
+    {PlaylistColumn::kBitrate, TrLater("Bitrate"), true, 900, TrLater("Bitrate")},
+    {PlaylistColumn::kMode, TrLater("Mode"), false, 1350, "Joint stereo"},
+    {PlaylistColumn::kFrequency, TrLater("Frequency"), true, 1200, TrLater("Frequency")},
+    {PlaylistColumn::kExt, TrLater("Ext."), false, 750, TrLater("Ext.")},
 }};
 
 // Sub-items 1 to kLastSubItem stand behind the row's own text.
@@ -88,6 +89,8 @@ class RowsObserver {
   virtual void RowsChanged(int /*first*/, int /*last*/) {}
   // Only when a row's state did change, so that a window may tell here what it was told there.
   virtual void SelectionChanged(int /*first*/, int /*last*/) {}
+  // The selected rows from `first` to `last`, and only they, have moved by `step`.
+  virtual void SelectionMoved(int first, int last, int /*step*/) { SelectionChanged(first, last); }
   virtual void EnsureVisible(int /*row*/) {}
   virtual void StatusText(const std::string& /*text*/) {}  // panel 1 of the status bar
 };
@@ -112,6 +115,8 @@ class CellTexts {
   void Set(const Views& cells);
   // Empty outside 1 to kLastSubItem.
   std::string_view Text(int sub_item) const;
+  // The same in lower case. A row whose texts are all ASCII is folded in one piece.
+  CellTexts Lower(const TextPlatform& platform) const;
 
  private:
   std::string text_;
@@ -174,8 +179,10 @@ class ListRows : public ListWindow {
   // Removes rows, given in ascending order. `MarkedRow` and `DetailsCursor` stay with their rows.
   void Remove(const std::vector<int>& rows);
   void Clear();
-  // Exchanges all that two neighbours show, but for number, mark and selection.
-  void Exchange(int upper);
+  // Exchanges every selected row with its neighbour in the direction of `step` (-1 or 1), which it
+  // must have, and takes the selection along; a window hears of it once. Returns the rows as they
+  // were, in the order in which they went.
+  std::vector<int> MoveSelected(int step);
 
   // Rows that a long removal has taken on. The note goes along with the row and is no selection,
   // so that what the user clicks meanwhile is not removed.
@@ -201,6 +208,8 @@ class ListRows : public ListWindow {
 
   std::unique_ptr<Row> MakeRow(const std::string& path, bool whole_url) const;
   Row* At(int row) const;
+  // Exchanges all that two neighbours show, but for number, mark and selection.
+  void Exchange(int upper);
   void SetMark(int row, bool on);
   // Carries the row numbers that are remembered past a row that goes.
   void RowWentFrom(int row);

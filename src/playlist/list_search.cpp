@@ -1,5 +1,7 @@
 #include "playlist/list_search.h"
 
+#include "system/translation.h"
+
 #include <algorithm>
 
 namespace kv {
@@ -14,10 +16,10 @@ bool ListSearch::Search(const std::string& keyword, const SearchColumns& fields)
     dialogs_.ShowMessageBox({.text = text, .icon = BoxIcon::kExclamation, .title = {}});
     return false;
   };
-  if (keyword.empty()) return refuse("Please enter a keyword to search for!");
+  if (keyword.empty()) return refuse(Tr("Please enter a keyword to search for!"));
   SearchFields_ = fields;
   if (std::find(fields.begin(), fields.end(), true) == fields.end()) {
-    return refuse("Please select one or more fields to search in!");
+    return refuse(Tr("Please select one or more fields to search in!"));
   }
   SearchKeyword_ = keyword;
   return true;
@@ -64,11 +66,12 @@ int ListSearch::FirstMatch() const {
 
 void ListSearch::TellNothingFound(bool continued) {
   const char* const text =
-      continued ? "Reached end of list.\nPress CTRL+F, To search from the beginning of the list."
-                : "Not found!";
+      continued
+          ? TrLater("Reached end of list.\nPress CTRL+F, To search from the beginning of the list.")
+          : TrLater("Not found!");
   if (!continued) form_.SearchRow = 1;
   dialogs_.ShowMessageBox(
-      {.text = text, .icon = BoxIcon::kExclamation, .title = "Playlist search"});
+      {.text = Tr(text), .icon = BoxIcon::kExclamation, .title = Tr("Playlist search")});
 }
 
 }  // namespace kv

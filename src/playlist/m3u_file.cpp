@@ -20,14 +20,24 @@ bool SecondCharacterIsColon(std::string_view line) {
   return second < line.size() && line[second] == ':';
 }
 
+// For lines whose meaning no file changes.
+bool NeverAsked(const std::string& /*path*/) {
+  return true;
+}
+
+// True for a line that would be taken for a remark ("#:x.mp3"), or lose its beginning as a byte
+// order mark. A "\" in front, which reading takes off, keeps it.
+bool NeedsCover(std::string_view line, bool first) {
+  return !IsM3uEntry(line) || (first && line.starts_with(kByteOrderMark));
+}
+
 // True when `rest`, what follows `folder` in an entry, alone on a line means the entry again,
 // whatever files there are.
 bool ReadsBack(std::string_view rest, const std::string& folder, const std::string& playlist_file) {
   if (!IsM3uEntry(rest) || rest.find(kLineEnd) != std::string_view::npos) return false;
   if (rest.starts_with(kByteOrderMark)) return false;  // skipped at the start of a file
   if (IsNativePath(folder) && rest.find('\\') != std::string_view::npos) return false;
-  const FileTest never_asked = [](const std::string&) { return true; };
-  return GetPlaylistFile(rest, playlist_file, never_asked) == folder + std::string(rest);
+  return GetPlaylistFile(rest, playlist_file, NeverAsked) == folder + std::string(rest);
 }
 
 }  // namespace
@@ -88,6 +98,10 @@ std::string M3uText(const OSTList& list, const std::string& playlist_file, bool 
     if (!full && lies_in_folder(item)) {
       const std::string_view rest = line.substr(std::min(folder.size(), line.size()));
       if (ReadsBack(rest, folder, playlist_file)) line = rest;
+    }
+    if (NeedsCover(line, result.empty()) &&
+        GetPlaylistFile("\\" + item, playlist_file, NeverAsked) == item) {
+      result += '\\';
     }
     result.append(line).append(kLineEnd);
   }

@@ -5,6 +5,7 @@
 #include "system/paths.h"
 #include "system/text_case.h"
 #include "system/text_format.h"
+#include "system/translation.h"
 #include "system/utf8.h"
 
 #include <memory>
@@ -66,7 +67,7 @@ MediaDetails ReadMediaDetails(const std::string& path, const MediaReaders& reade
   if (!header->IsValid(path)) return details;
   details.time = TimeText(header->Duration());
   details.bitrate = std::to_string(header->Bitrate());
-  details.mode = Clean(header->Mode());
+  details.mode = Clean(Tr(header->Mode().c_str()));
   details.frequency = std::to_string(header->Frequency());
 
   std::unique_ptr<TagReader> tag = readers.MakeTagReaderPrimary();

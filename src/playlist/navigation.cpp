@@ -2,6 +2,8 @@
 
 #include "system/name_tests.h"
 #include "system/paths.h"
+#include "system/shown_text.h"
+#include "system/translation.h"
 
 #include <algorithm>
 
@@ -122,7 +124,7 @@ bool Navigation::IsGone(int index) const {
 }
 
 void Navigation::TellGone(int index) {
-  dialogs_.ShowMessageBox({"Error! Unable to load file:\n\"" + playlist_.Item(index) + "\"",
+  dialogs_.ShowMessageBox({Fill(Tr("Error! Unable to load file:\n\"%1\""), ShownName(playlist_.Item(index))),
                            BoxIcon::kStop, BoxButtons::kOk, ""});
 }
 

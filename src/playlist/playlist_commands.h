@@ -3,6 +3,8 @@
 // One table for each; a button's tip takes its keys from the table of keys. Constant; any thread.
 #pragma once
 
+#include "system/translation.h"
+
 #include <array>
 #include <string_view>
 
@@ -44,19 +46,19 @@ struct ListButton {
 };
 
 inline constexpr std::array<ListButton, 13> kListButtons = {{
-    {"add", ListCommand::kAdd, "Add a folder"},
-    {"open", ListCommand::kOpen, "Open a playlist"},
-    {"save", ListCommand::kSave, "Save the playlist"},
-    {"saveas", ListCommand::kSaveAs, "Save the playlist as..."},
-    {"removesel", ListCommand::kRemoveSel, "Remove selected files", false, true},
-    {"clear", ListCommand::kClear, "Remove all files"},
-    {"copy", ListCommand::kCopy, "Copy selected files to..."},
-    {"up", ListCommand::kUp, "Move selected files up", false, true},
-    {"down", ListCommand::kDown, "Move selected files down"},
-    {"sort", ListCommand::kSort, "Sort by file name"},
-    {"randomize", ListCommand::kRandomize, "Put in random order"},
-    {"showdetails", ListCommand::kShowDetails, "Show details", true, true},
-    {"autonext", ListCommand::kAutoNext, "Go on with the next file", true},
+    {"add", ListCommand::kAdd, TrLater("Add a folder")},
+    {"open", ListCommand::kOpen, TrLater("Open a playlist")},
+    {"save", ListCommand::kSave, TrLater("Save the playlist")},
+    {"saveas", ListCommand::kSaveAs, TrLater("Save the playlist as...")},
+    {"removesel", ListCommand::kRemoveSel, TrLater("Remove selected files"), false, true},
+    {"clear", ListCommand::kClear, TrLater("Remove all files")},
+    {"copy", ListCommand::kCopy, TrLater("Copy selected files to...")},
+    {"up", ListCommand::kUp, TrLater("Move selected files up"), false, true},
+    {"down", ListCommand::kDown, TrLater("Move selected files down")},
+    {"sort", ListCommand::kSort, TrLater("Sort by file name")},
+    {"randomize", ListCommand::kRandomize, TrLater("Put in random order")},
+    {"showdetails", ListCommand::kShowDetails, TrLater("Show details"), true, true},
+    {"autonext", ListCommand::kAutoNext, TrLater("Go on with the next file"), true},
 }};
 
 // Which rows an entry of the menu needs to mean something.
@@ -70,21 +72,23 @@ struct ListMenuEntry {
 };
 
 inline constexpr std::array<ListMenuEntry, 12> kListMenu = {{
-    {"mnuFindPlaying", "Find playing...", ListCommand::kFindPlaying, ListMenuNeeds::kRows},
-    {"mnuFind", "Find...", ListCommand::kFind, ListMenuNeeds::kRows},
-    {"mnuQuickFind", "Quick find...", ListCommand::kQuickFind},
+    {"mnuFindPlaying", TrLater("Find playing..."), ListCommand::kFindPlaying, ListMenuNeeds::kRows},
+    {"mnuFind", TrLater("Find..."), ListCommand::kFind, ListMenuNeeds::kRows},
+    {"mnuQuickFind", TrLater("Quick find..."), ListCommand::kQuickFind},
     {},
-    {"mnuRemoveSel", "Remove selected files...", ListCommand::kRemoveSel,
+    {"mnuRemoveSel", TrLater("Remove selected files..."), ListCommand::kRemoveSel,
      ListMenuNeeds::kSelection},
-    {"mnuRemAll", "Remove all files...", ListCommand::kClear, ListMenuNeeds::kRows},
-    {"mnuDeleteSel", "Delete selected files from DISK !...", ListCommand::kDeleteSel,
+    {"mnuRemAll", TrLater("Remove all files..."), ListCommand::kClear, ListMenuNeeds::kRows},
+    {"mnuDeleteSel", TrLater("Delete selected files from DISK !..."), ListCommand::kDeleteSel,
      ListMenuNeeds::kSelection},
     {},
-    {"mnuCopySel", "Copy selected files to...", ListCommand::kCopy, ListMenuNeeds::kSelection},
-    {},
-    {"mnuOpenSourceFolder", "Open source folder...", ListCommand::kOpenSourceFolder,
+    {"mnuCopySel", TrLater("Copy selected files to..."), ListCommand::kCopy,
      ListMenuNeeds::kSelection},
-    {"mnuCopyFileName", "Copy filename", ListCommand::kCopyFileName, ListMenuNeeds::kSelection},
+    {},
+    {"mnuOpenSourceFolder", TrLater("Open source folder..."), ListCommand::kOpenSourceFolder,
+     ListMenuNeeds::kSelection},
+    {"mnuCopyFileName", TrLater("Copy filename"), ListCommand::kCopyFileName,
+     ListMenuNeeds::kSelection},
 }};
 
 struct ListKey {

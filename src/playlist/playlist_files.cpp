@@ -5,6 +5,7 @@
 #include "system/name_tests.h"
 #include "system/paths.h"
 #include "system/save_file.h"
+#include "system/translation.h"
 
 #include <cstdio>
 #include <string_view>
@@ -14,13 +15,6 @@
 
 namespace kv {
 namespace {
-
-bool HasBareLineEnds(std::string_view text) {
-  for (std::size_t at = text.find('\n'); at != text.npos; at = text.find('\n', at + 1)) {
-    if (at == 0 || text[at - 1] != '\r') return true;
-  }
-  return false;
-}
 
 constexpr const char* kLastFolderName = "LastPlaylistPath";
 
@@ -73,15 +67,21 @@ bool PlaylistFiles::Overtaken(std::uint64_t number) const {
 }
 
 void PlaylistFiles::LoadPlaylist(const std::string& path) {
-  Load(std::string(path));  // the field that it came from may change inside a pump
+  Load(std::string(path), false);  // the field that it came from may change inside a pump
 }
 
-PlaylistFiles::Outcome PlaylistFiles::Load(const std::string& path) {
+PlaylistFiles::Outcome PlaylistFiles::Load(const std::string& path, bool by_hand) {
   if (parts_.session.Unloading) return Outcome::kOvertaken;
   asked_to_load_ = true;
   std::string text;
-  if (!IsUrl(path)) {
-    // These two end here and do not stop a load that is under way.
+  const bool is_url = IsUrl(path);
+  // The file of a load that ends here or in the question does not stop a load that is under way.
+  std::uint64_t number = last_load_;
+  if (is_url) {
+    number = ++last_load_;
+    const Outcome fetched = Fetch(path, number, text);
+    if (fetched != Outcome::kDone) return fetched;
+  } else {
     if (!FileExists(path)) {
       parts_.settings.PlaylistIndex = 0;
       parts_.settings.PlayingFromPlaylist = FromBool(false);
@@ -92,14 +92,41 @@ PlaylistFiles::Outcome PlaylistFiles::Load(const std::string& path) {
       unread_files_.insert(path);
       return Outcome::kUnreadable;
     }
+  }
+  const LineTest names_file = [&](std::string_view line) {
+    return !is_url && FileExists(GetPlaylistFile(line, path, FileExists));
+  };
+  bool in_full = false;
+  const BoxAnswer answer = by_hand ? AskHowToRead(path, names_file, text, in_full) : BoxAnswer::kNo;
+  if (Overtaken(number)) return Outcome::kOvertaken;
+  if (answer == BoxAnswer::kCancel) {
+    if (is_url) --last_load_;  // what was under way goes on
+    return Outcome::kCancelled;
+  }
+  const bool as_lines = answer == BoxAnswer::kYes;
+  if (!is_url) {
+    number = ++last_load_;
     unread_files_.erase(path);
     // Lines that end otherwise than the format has it come together as one, and most are left out.
-    if (HasBareLineEnds(text)) unread_files_.insert(path);
-    return Fill(path, text, ++last_load_);
+    if (as_lines ? !in_full : !HasPlainLines(text, names_file)) unread_files_.insert(path);
   }
-  const std::uint64_t number = ++last_load_;
-  const Outcome fetched = Fetch(path, number, text);
-  return fetched == Outcome::kDone ? Fill(path, text, number) : fetched;
+  const Outcome filled = Fill(path, text, number);
+  if (as_lines && filled == Outcome::kDone) parts_.session.PlaylistDirty = true;
+  return filled;
+}
+
+// The answer to the question about a list of another kind; No when there is nothing to ask. With
+// Yes `text` is the list in this player's form, `complete` when it has all of its lines.
+BoxAnswer PlaylistFiles::AskHowToRead(const std::string& path, const LineTest& names_file,
+                                      std::string& text, bool& complete) {
+  ForeignList list = ReadForeignList(text, parts_.locale, names_file);
+  if (!list.Found()) return BoxAnswer::kNo;
+  const BoxAnswer answer = parts_.dialogs.ShowMessageBox(QuestionAbout(list, path));
+  if (answer == BoxAnswer::kYes) {
+    text = std::move(list.text);
+    complete = list.complete;
+  }
+  return answer;
 }
 
 // A fetch that fails is told and done: its text is empty.
@@ -114,7 +141,8 @@ PlaylistFiles::Outcome PlaylistFiles::Fetch(const std::string& url, std::uint64_
     text = ReadTextFile(local.Name());
     return Outcome::kDone;
   }
-  parts_.dialogs.ShowMessageBox({"Error downloading file!", BoxIcon::kStop, BoxButtons::kOk, ""});
+  parts_.dialogs.ShowMessageBox(
+      {Tr("Error downloading file!"), BoxIcon::kStop, BoxButtons::kOk, ""});
   return Overtaken(number) ? Outcome::kOvertaken : Outcome::kDone;
 }
 
@@ -187,17 +215,17 @@ void PlaylistFiles::SavePlaylistToggle() {
 void PlaylistFiles::SavePlaylistAs() {
   if (filling_) return;
   FileDialogRequest request;
-  request.title = "Save playlist as:";
-  request.filter = "m3u file (*.m3u)|*.m3u";
+  request.title = Tr("Save playlist as:");
+  request.filter = std::string(Tr("m3u file (*.m3u)")) + "|*.m3u";
   request.folder = LastFolder();
   request.save = true;
   std::string name = parts_.dialogs.ShowFileDialog(request).file_name;
   if (name.empty()) return;
   if (!IsM3UFile(name)) name += ".m3u";
   if (FileExists(name)) {
-    const BoxAnswer answer =
-        parts_.dialogs.ShowMessageBox({"File \"" + name + "\" already exists!\nOverwrite ?",
-                                       BoxIcon::kQuestion, BoxButtons::kOkCancel, ""});
+    const BoxAnswer answer = parts_.dialogs.ShowMessageBox(
+        {kv::Fill(Tr("File \"%1\" already exists!\nOverwrite ?"), name), BoxIcon::kQuestion,
+         BoxButtons::kOkCancel, ""});
     if (answer != BoxAnswer::kOk) return;
     unread_files_.erase(name);  // the user has given it up
   }
@@ -206,18 +234,18 @@ void PlaylistFiles::SavePlaylistAs() {
   const std::uint64_t load = last_load_;
   if (!SaveTo(name)) return;
   const BoxAnswer answer = parts_.dialogs.ShowMessageBox(
-      {"Point to new file?", BoxIcon::kNone, BoxButtons::kYesNo, "Use new filename?"});
+      {Tr("Point to new file?"), BoxIcon::kNone, BoxButtons::kYesNo, Tr("Use new filename?")});
   if (answer == BoxAnswer::kNo && load == last_load_) parts_.settings.PlaylistFile = old_file;
 }
 
-void PlaylistFiles::OpenPlaylist(const std::string& path_given) {
+void PlaylistFiles::OpenPlaylist(const std::string& path_given, bool by_hand) {
   std::string path = path_given;  // may be a field that changes inside a pump
   if (parts_.session.PlaylistDirty && !AskToKeepChanges()) return;
   if (parts_.session.Unloading) return;
   if (path.empty()) {
     FileDialogRequest request;
-    request.title = "Open playlist:";
-    request.filter = "Playlists (*.m3u)|*.m3u";
+    request.title = Tr("Open playlist:");
+    request.filter = std::string(Tr("Playlists (*.m3u)")) + "|*.m3u";
     request.folder = LastFolder();
     path = parts_.dialogs.ShowFileDialog(request).file_name;
     if (path.empty() || parts_.session.Unloading) return;
@@ -225,11 +253,15 @@ void PlaylistFiles::OpenPlaylist(const std::string& path_given) {
   parts_.registry.RegWriteValue(RegistryRoot::kCurrentUser, kGeneralKey, kLastFolderName,
                                 kRegistryText, FolderOfPath(path));
   if (!IsM3UFile(path)) {
-    parts_.dialogs.ShowMessageBox({"Invalid file error!", BoxIcon::kStop, BoxButtons::kOk, ""});
+    parts_.dialogs.ShowMessageBox({Tr("Invalid file error!"), BoxIcon::kStop, BoxButtons::kOk, ""});
     return;
   }
-  const Outcome outcome = Load(path);
+  const Outcome outcome = Load(path, by_hand);
   if (outcome == Outcome::kOvertaken) return;
+  if (outcome == Outcome::kCancelled) {
+    host_.UpdateFileDisp("");  // nothing is loading
+    return;
+  }
   if (outcome == Outcome::kDone && parts_.playlist.Count() > 0) {
     const std::uint64_t number = last_load_;
     parts_.settings.PlaylistIndex = 1;
@@ -248,8 +280,8 @@ void PlaylistFiles::OpenPlaylist(const std::string& path_given) {
 // False when the list with its changes is to stay.
 bool PlaylistFiles::AskToKeepChanges() {
   const BoxAnswer answer = parts_.dialogs.ShowMessageBox(
-      {"Current playlist has not been saved!\n\nDo you want to save it first?",
-       BoxIcon::kExclamation, BoxButtons::kYesNoCancel, "Not saved!"});
+      {Tr("Current playlist has not been saved!\n\nDo you want to save it first?"),
+       BoxIcon::kExclamation, BoxButtons::kYesNoCancel, Tr("Not saved!")});
   if (answer == BoxAnswer::kCancel) return false;
   if (answer != BoxAnswer::kYes) return true;
   SavePlaylistToggle();
@@ -259,10 +291,11 @@ bool PlaylistFiles::AskToKeepChanges() {
 bool PlaylistFiles::SaveList() {
   const std::string& file = parts_.settings.PlaylistFile;
   if (IsUrl(file)) {
-    const BoxAnswer answer = parts_.dialogs.ShowMessageBox(
-        {"Current playlist is located on a remote server and cannot be saved. Do you want to save "
-         "a local copy?",
-         BoxIcon::kNone, BoxButtons::kYesNo, ""});
+    const BoxAnswer answer =
+        parts_.dialogs.ShowMessageBox({Tr("Current playlist is located on a remote server and "
+                                          "cannot be saved. Do you want to save "
+                                          "a local copy?"),
+                                       BoxIcon::kNone, BoxButtons::kYesNo, ""});
     if (answer != BoxAnswer::kYes) return false;
     SavePlaylistAs();
     return true;

@@ -4,9 +4,11 @@
 // load, or the end of the program, can come in the middle: the load that began last wins, the other
 // ends without another word. Nothing is ever written over a file whose entries the list does not
 // hold: while a load is half done, and over a playlist that could not be read, saving does nothing.
-// Owned by `frmMain`; interface thread only.
+// A list that another program has written in its own way is read in full only when the user says
+// so. Owned by `frmMain`; interface thread only.
 #pragma once
 
+#include "playlist/foreign_list.h"
 #include "playlist/list_adding.h"
 #include "playlist/list_window.h"
 #include "playlist/ost_list.h"
@@ -49,7 +51,8 @@ struct PlaylistFilesParts {
   Download& download;
   Registry& registry;
   const TextPlatform& text;
-  std::string app_folder;  // where the open dialog starts the first time
+  std::string app_folder;    // where the open dialog starts the first time
+  std::string locale = "C";  // the user's; tells the code page of a text that is not UTF-8
 };
 
 class PlaylistFiles {
@@ -75,19 +78,22 @@ class PlaylistFiles {
   void SavePlaylistToggle();
 
   // Makes an M3U file the new list and opens its first entry. Asks first about a list that has
-  // changes, and for the file when `path` is empty.
-  void OpenPlaylist(const std::string& path);
+  // changes, and for the file when `path` is empty. `by_hand`: the user is there and is asked how
+  // to read a list of another kind (foreign_list.h); one that is read as lines counts as changed.
+  void OpenPlaylist(const std::string& path, bool by_hand = true);
 
   // The list window's save: a list from a server is saved as a local copy, if the user wants one.
   // True when something may have been saved, so that the window's buttons are to follow.
   bool SaveList();
 
  private:
-  enum class Outcome { kDone, kUnreadable, kOvertaken };
+  enum class Outcome { kDone, kUnreadable, kCancelled, kOvertaken };
 
   bool Overtaken(std::uint64_t number) const;
-  Outcome Load(const std::string& path);
+  Outcome Load(const std::string& path, bool by_hand);
   Outcome Fetch(const std::string& url, std::uint64_t number, std::string& text);
+  BoxAnswer AskHowToRead(const std::string& path, const LineTest& names_file, std::string& text,
+                         bool& complete);
   Outcome Fill(const std::string& path, const std::string& text, std::uint64_t number);
   void ShowProgress(const std::string& path, int piece);
   bool MaySaveTo(const std::string& path) const;

@@ -2,6 +2,7 @@
 
 #include "controls/svg_face_qt.h"
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 
 #include <QAction>
 #include <QKeySequence>
@@ -18,7 +19,7 @@ constexpr int kFaceSize = 20;
 
 QString TipOf(const ListButton& button) {
   const QKeySequence keys(ToQString(KeysOf(button.command)), QKeySequence::PortableText);
-  const QString tip = ToQString(button.tip);
+  const QString tip = QTr(button.tip);
   return keys.isEmpty()
              ? tip
              : QStringLiteral("%1 (%2)").arg(tip, keys.toString(QKeySequence::NativeText));
@@ -29,7 +30,7 @@ QString TipOf(const ListButton& button) {
 PlaylistToolbar::PlaylistToolbar(std::function<QString(const char* name)> art, QWidget* parent)
     : QToolBar(parent), art_(std::move(art)) {
   setObjectName(QStringLiteral("Toolbar"));
-  setAccessibleName(tr("Playlist commands"));
+  setAccessibleName(QTr("Playlist commands"));
   setIconSize({kFaceSize, kFaceSize});
   setToolButtonStyle(Qt::ToolButtonIconOnly);
   setMovable(false);
@@ -38,14 +39,14 @@ PlaylistToolbar::PlaylistToolbar(std::function<QString(const char* name)> art, Q
   for (std::size_t i = 0; i < kListButtons.size(); ++i) {
     const ListButton& button = kListButtons[i];
     if (button.after_gap) addSeparator();
-    QAction* const action = addAction(ToQString(button.tip));
+    QAction* const action = addAction(QTr(button.tip));
     action->setObjectName(ToQString(button.key));
     action->setToolTip(TipOf(button));
     action->setCheckable(button.checkable);
     connect(action, &QAction::triggered, this,
             [this, command = button.command] { Q_EMIT Clicked(command); });
     if (auto* const widget = qobject_cast<QToolButton*>(widgetForAction(action))) {
-      widget->setAccessibleName(ToQString(button.tip));
+      widget->setAccessibleName(QTr(button.tip));
       widget->setFocusPolicy(Qt::TabFocus);
     }
     actions_[i] = action;

@@ -1,6 +1,7 @@
 #include "playlist/playlist_view.h"
 
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 
 #include <QAccessible>
 #include <QContextMenuEvent>
@@ -62,9 +63,11 @@ PlaylistView::PlaylistView(ListRows& rows, RowsModel& model, RowDelegate::ArtFil
     : QTableView(parent),
       rows_(rows),
       model_(model),
-      delegate_(new RowDelegate(std::move(art), *this)) {
+      delegate_(new RowDelegate(std::move(art), *this)),
+      header_(new ColumnsHeader(this)) {
   setObjectName(QStringLiteral("pList"));
-  setAccessibleName(tr("Playlist"));
+  setAccessibleName(QTr("Playlist"));
+  setHorizontalHeader(header_);
   setModel(&model);
   setItemDelegate(delegate_);
   setFrameShape(NoFrame);
@@ -83,6 +86,7 @@ PlaylistView::PlaylistView(ListRows& rows, RowsModel& model, RowDelegate::ArtFil
   setFont(font);
   SetUpHeader();
   connect(&model_, &RowsModel::SelectionChangedInRows, this, &PlaylistView::FollowRows);
+  connect(&model_, &RowsModel::SelectionMovedInRows, this, &PlaylistView::FollowMove);
   connect(&model_, &RowsModel::RowWanted, this, &PlaylistView::ShowRow);
   connect(&model_, &QAbstractItemModel::modelReset, this,
           [this] { FollowRows(1, model_.rowCount()); });
@@ -93,13 +97,14 @@ void PlaylistView::SetUpHeader() {
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setMinimumSectionSize(1);
   ApplyRowHeight();
-  QHeaderView* const header = horizontalHeader();
+  ColumnsHeader* const header = header_;
   header->setSectionsMovable(true);
   header->setSectionsClickable(true);
   header->setHighlightSections(false);
   header->setMinimumSectionSize(kNarrowest);
   header->setTextElideMode(Qt::ElideRight);
-  header->setAccessibleName(tr("Columns"));
+  header->setAccessibleName(QTr("Columns"));
+  connect(header, &ColumnsHeader::ColumnChosen, this, &PlaylistView::ShowColumn);
   connect(header, &QHeaderView::sectionClicked, this,
           [this](int column) { Q_EMIT HeaderClicked(column + 1); });
 }
@@ -111,7 +116,8 @@ void PlaylistView::ApplyRowHeight() {
 void PlaylistView::SetLook(const PlaylistLook& look) {
   delegate_->SetLook(look);
   setPalette(PaletteOf(look));
-  horizontalHeader()->setStyleSheet(HeaderStyle(look));
+  header_->setStyleSheet(HeaderStyle(look));
+  header_->SetFocusColor(look.focus);
   viewport()->update();
 }
 
@@ -124,7 +130,8 @@ void PlaylistView::LoadColumns(const Settings& settings) {
     double twips = settings.PlaylistColumnWidth[i];
     if (!stored || !(twips > 0)) {
       const PlaylistColumnInfo& column = kPlaylistColumnTable[i];
-      const int needed = delegate_->WidthFor(ToQString(column.uncut), order[i]);
+      const int needed = std::max(delegate_->WidthFor(ToQString(column.uncut), order[i]),
+                                  delegate_->WidthFor(QTr(column.title), order[i]));
       twips = std::max(column.width, needed * kTwips);
     }
     const double pixels =
@@ -172,6 +179,17 @@ void PlaylistView::scrollTo(const QModelIndex& index, ScrollHint hint) {
 
 void PlaylistView::ShowRow(int row) {
   scrollTo(model_.index(row - 1, 0));
+}
+
+void PlaylistView::ShowColumn(int column) {
+  const int left = columnViewportPosition(column);
+  const int beyond = left + columnWidth(column) - viewport()->width();
+  QScrollBar* const bar = horizontalScrollBar();
+  if (left < 0) {
+    bar->setValue(bar->value() + left);
+  } else if (beyond > 0) {
+    bar->setValue(bar->value() + std::min(left, beyond));
+  }
 }
 
 void PlaylistView::UpdateRows(int first, int last) {
@@ -242,6 +260,15 @@ void PlaylistView::FollowRows(int first, int last) {
     selectionModel()->setCurrentIndex(model_.index(on.first().top(), 0),
                                       QItemSelectionModel::NoUpdate);
   }
+}
+
+// The row of the keys goes along when it is one of those that moved.
+void PlaylistView::FollowMove(int first, int last, int step) {
+  const QModelIndex to = currentIndex().siblingAtRow(currentIndex().row() + step);
+  if (!following_ && selectionModel()->isRowSelected(currentIndex().row(), {}) && to.isValid()) {
+    selectionModel()->setCurrentIndex(to, QItemSelectionModel::NoUpdate);
+  }
+  FollowRows(first, last);
 }
 
 QModelIndex PlaylistView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {

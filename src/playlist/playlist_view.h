@@ -4,6 +4,7 @@
 // to the form. Owned by `frmPlaylist`; interface thread only.
 #pragma once
 
+#include "playlist/columns_header.h"
 #include "playlist/dropped_media.h"
 #include "playlist/list_rows.h"
 #include "playlist/playlist_look_qt.h"
@@ -70,12 +71,15 @@ class PlaylistView : public QTableView {
   void SetUpHeader();
   void ApplyRowHeight();
   void FollowRows(int first, int last);
+  void FollowMove(int first, int last, int step);
   void ShowRow(int row);
+  void ShowColumn(int column);
   void UpdateRows(int first, int last);
 
   ListRows& rows_;
   RowsModel& model_;
   RowDelegate* delegate_;
+  ColumnsHeader* header_;
   int locks_ = 0;
   bool following_ = false;  // the rows' selection is being taken over
 };

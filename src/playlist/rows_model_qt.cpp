@@ -2,6 +2,7 @@
 
 #include "system/shown_text.h"
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 
 #include <cstddef>
 
@@ -42,7 +43,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
     case Qt::TextAlignmentRole:
       return headerData(index.column(), Qt::Horizontal, role);
     case Qt::AccessibleDescriptionRole:
-      return rows_.IsMarked(row) ? tr("Playing") : QString();
+      return rows_.IsMarked(row) ? QTr("Playing") : QString();
     case kIconRole:
       return static_cast<int>(rows_.Icon(row));
     case kPlayingRole:
@@ -55,7 +56,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
 QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
   const PlaylistColumnInfo& column = kPlaylistColumnTable[static_cast<std::size_t>(section)];
-  if (role == Qt::DisplayRole) return ToQString(column.title);
+  if (role == Qt::DisplayRole) return QTr(column.title);
   if (role == Qt::TextAlignmentRole) {
     return QVariant::fromValue((column.right_aligned ? Qt::AlignRight : Qt::AlignLeft) |
                                Qt::AlignVCenter);

@@ -35,6 +35,7 @@ class RowsModel : public QAbstractTableModel, private RowsObserver {
 
  Q_SIGNALS:
   void SelectionChangedInRows(int first, int last);
+  void SelectionMovedInRows(int first, int last, int step);
   void RowWanted(int row);  // is to come into sight
   void StatusTextChanged(const QString& text);
 
@@ -49,6 +50,9 @@ class RowsModel : public QAbstractTableModel, private RowsObserver {
   void RowsChanged(int first, int last) override;
   void SelectionChanged(int first, int last) override {
     Q_EMIT SelectionChangedInRows(first, last);
+  }
+  void SelectionMoved(int first, int last, int step) override {
+    Q_EMIT SelectionMovedInRows(first, last, step);
   }
   void EnsureVisible(int row) override { Q_EMIT RowWanted(row); }
   void StatusText(const std::string& text) override;

@@ -4,6 +4,7 @@
 #include "playlist/media_bytes.h"
 #include "playlist/mpeg_frames.h"
 #include "system/shown_text.h"
+#include "system/translation.h"
 #include "system/utf8.h"
 
 #include <taglib/id3v1genres.h>
@@ -75,7 +76,8 @@ class MpegHeaderInfoTagLib : public MpegHeaderInfo {
   int HeaderValue() const override { return start_ ? start_->frame.second_byte : 0; }
 
   std::string Mode() const override {
-    constexpr std::array kModes = {"Stereo", "Joint stereo", "Dual channel", "Mono"};
+    constexpr std::array kModes = {TrLater("Stereo"), TrLater("Joint stereo"),
+                                   TrLater("Dual channel"), TrLater("Mono")};
     return start_ ? kModes[static_cast<std::size_t>(start_->frame.mode)] : "";
   }
 

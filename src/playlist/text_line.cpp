@@ -1,5 +1,7 @@
 #include "playlist/text_line.h"
 
+#include "controls/accessible_qt.h"
+#include "playlist/text_line_accessible_qt.h"
 #include "system/paths.h"
 #include "system/shown_text.h"
 #include "system/text_platform_qt.h"
@@ -18,20 +20,25 @@ constexpr int kPathMargin = 5;
 }  // namespace
 
 TextLine::TextLine(Shorten how, QWidget* parent) : QWidget(parent), how_(how) {
+  InstallTextLineAccessibility();
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 }
 
 void TextLine::SetText(const std::string& text) {
   if (text == text_) return;
   text_ = text;
-  setAccessibleDescription(ToQString(ShownText(text_, kLongest)));
+  AnnounceChange(*this, QAccessible::NameChanged);
   update();
+}
+
+QString TextLine::Whole() const {
+  return ToQString(ShownText(text_, kLongest));
 }
 
 QString TextLine::Shown() const {
   const QFontMetrics metrics = fontMetrics();
   if (how_ == Shorten::kEnd) {
-    return metrics.elidedText(ToQString(ShownText(text_, kLongest)), Qt::ElideRight, width());
+    return metrics.elidedText(Whole(), Qt::ElideRight, width());
   }
   const MeasureText measure = [&metrics](std::string_view text) {
     return metrics.horizontalAdvance(ToQString(text));

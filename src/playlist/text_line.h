@@ -20,8 +20,9 @@ class TextLine : public QWidget {
   void SetText(const std::string& text);
   const std::string& Text() const { return text_; }
 
-  // What is to be seen at the present width.
+  // What is to be seen at the present width, and what would be if there were room.
   QString Shown() const;
+  QString Whole() const;
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }

@@ -1,5 +1,7 @@
 #include "shell/cpu_graph.h"
 
+#include "system/translation_qt.h"
+
 #include <algorithm>
 
 namespace kv {
@@ -18,7 +20,7 @@ CpuGraph::CpuGraph(TimerSource& time, QWidget& parent)
     : feed_(CpuUsage_), TrendChart1_(new TrendChart(time, &parent)) {
   CpuUsage_.Initialize();
   TrendChart1_->setObjectName(QStringLiteral("TrendChart1"));
-  TrendChart1_->setAccessibleName(QObject::tr("Processor load"));
+  TrendChart1_->setAccessibleName(QTr("Processor load"));
   TrendChart1_->Model().SetDrawWidth(kColumnPixels);
   TrendChart1_->Model().Update = [this](auto& value) { value = feed_.Next(); };
   TrendChart1_->hide();

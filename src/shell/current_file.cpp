@@ -4,6 +4,7 @@
 #include "system/name_tests.h"
 #include "system/paths.h"
 #include "system/shown_text.h"
+#include "system/translation.h"
 
 #include <sys/stat.h>
 
@@ -28,7 +29,7 @@ void CurrentFile::SaveCurrentFile() {
   const std::string source = parts_.settings.CurrentFile;
   if (source.empty()) {
     parts_.dialogs.ShowMessageBox(
-        {"Please open a file first!", BoxIcon::kInformation, BoxButtons::kOk, ""});
+        {Tr("Please open a file first!"), BoxIcon::kInformation, BoxButtons::kOk, ""});
     return;
   }
   if (!MaySave()) return;
@@ -37,7 +38,7 @@ void CurrentFile::SaveCurrentFile() {
   if (target.empty()) return;
   if (!remote && !FileExists(source)) {
     parts_.dialogs.ShowMessageBox(
-        {"Cached file, cannot be saved to disk!", BoxIcon::kExclamation, BoxButtons::kOk, ""});
+        {Tr("Cached file, cannot be saved to disk!"), BoxIcon::kExclamation, BoxButtons::kOk, ""});
     return;
   }
   parts_.settings.LastSaveFolder = FolderOfPath(target);
@@ -49,7 +50,7 @@ void CurrentFile::SaveCurrentFile() {
                        [this, alive = std::weak_ptr<const bool>(alive_)](bool saved) {
                          if (saved || alive.expired() || parts_.session.Unloading) return;
                          parts_.dialogs.ShowMessageBox(
-                             {"Error downloading file!", BoxIcon::kStop, BoxButtons::kOk, ""});
+                             {Tr("Error downloading file!"), BoxIcon::kStop, BoxButtons::kOk, ""});
                        });
 }
 
@@ -58,8 +59,8 @@ std::string CurrentFile::AskForTarget(const std::string& source, bool remote) {
   const std::string offered = FileNameOfPath(remote ? WithoutUserInfo(source) : source);
   const std::string extension = FilterExtension(offered);
   FileDialogRequest request;
-  request.title = "Save file as:";
-  request.filter = extension + " file|*" + extension;
+  request.title = Tr("Save file as:");
+  request.filter = Fill(Tr("%1 file"), extension) + "|*" + extension;
   request.file_name = offered;
   request.save = true;
   for (;;) {
@@ -68,14 +69,14 @@ std::string CurrentFile::AskForTarget(const std::string& source, bool remote) {
     if (target.empty() || parts_.session.Unloading) return {};
     if (!remote && SameFile(source, target)) {
       parts_.dialogs.ShowMessageBox(
-          {"You can't save a file to it self!", BoxIcon::kExclamation, BoxButtons::kOk, ""});
+          {Tr("You can't save a file to it self!"), BoxIcon::kExclamation, BoxButtons::kOk, ""});
       if (parts_.session.Unloading) return {};
       continue;
     }
     if (!FileExists(target)) return target;
-    const BoxAnswer answer =
-        parts_.dialogs.ShowMessageBox({target + "\nAlready exists!\n\nDo you want to overwrite?",
-                                       BoxIcon::kExclamation, BoxButtons::kYesNo, "Overwrite?"});
+    const BoxAnswer answer = parts_.dialogs.ShowMessageBox(
+        {Fill(Tr("%1\nAlready exists!\n\nDo you want to overwrite?"), target),
+         BoxIcon::kExclamation, BoxButtons::kYesNo, Tr("Overwrite?")});
     return answer == BoxAnswer::kYes && !parts_.session.Unloading ? target : std::string();
   }
 }

@@ -3,6 +3,7 @@
 #include "playlist/dropped_media.h"
 #include "system/ascii_text.h"
 #include "system/paths.h"
+#include "system/translation.h"
 
 #include <utility>
 
@@ -48,7 +49,7 @@ void Drops::Render_OLEDragDrop(const DropData& Data) {
   if (Data.text) {
     host_.OpenFile(*Data.text, {.StartPlaying = true, .KeepWindowSize = true});
   } else if (!Data.files) {
-    dialogs_.ShowMessageBox({"DropSource not supported, error!\nTry using OPEN URL instead.",
+    dialogs_.ShowMessageBox({Tr("DropSource not supported, error!\nTry using OPEN URL instead."),
                              BoxIcon::kExclamation, BoxButtons::kOk, ""});
   } else if (Data.files->size() == 1) {
     TakeFile(Data.files->front());
@@ -71,8 +72,8 @@ void Drops::TakeFile(const std::string& file) {
 void Drops::TakeFiles(const std::vector<std::string>& files) {
   if (!IsOn(settings_.DragDropAddsToPlaylist)) {
     const BoxAnswer answer = dialogs_.ShowMessageBox(
-        {"Do you want to add the dropped elements to the playlist?", BoxIcon::kQuestion,
-         BoxButtons::kOkCancel, "Can't play multiple files at the same time!"});
+        {Tr("Do you want to add the dropped elements to the playlist?"), BoxIcon::kQuestion,
+         BoxButtons::kOkCancel, Tr("Can't play multiple files at the same time!")});
     if (answer != BoxAnswer::kOk || session_.Unloading) return;
   }
   adding_.AddFilesOrFolders(files);

@@ -1,5 +1,7 @@
 #include "shell/form_life.h"
 
+#include "system/translation.h"
+
 #include <exception>
 
 namespace kv {
@@ -65,14 +67,14 @@ std::string FormLife::OpenLast() {
     host_.UpdateFileDataDisplay();
   } else {
     last = settings_.CurrentFile;
-    host_.OpenFile(last, {.KeepWindowSize = true});
+    host_.OpenFile(last, {.KeepWindowSize = true, .Unattended = true});
   }
   return last;
 }
 
 bool FormLife::AskToSavePlaylist() {
   const BoxAnswer answer = dialogs_.ShowMessageBox(
-      {"Current playlist is not saved!\n\nDo you want to save it before you quit ?",
+      {Tr("Current playlist is not saved!\n\nDo you want to save it before you quit ?"),
        BoxIcon::kQuestion, BoxButtons::kYesNoCancel, ""});
   if (answer == BoxAnswer::kCancel) return false;
   if (answer != BoxAnswer::kYes) return true;
@@ -110,9 +112,8 @@ bool FormLife::Form_QueryUnload(UnloadMode mode) {
     }
     host_.StopWheelHook();
   } catch (const std::exception& error) {
-    dialogs_.ShowMessageBox(
-        {std::string("Error terminating Kestrelview:\n\n") + error.what() + "\nCode:0",
-         BoxIcon::kStop, BoxButtons::kOk, ""});
+    dialogs_.ShowMessageBox({Fill(Tr("Error terminating Kestrelview:\n\n%1\nCode:0"), error.what()),
+                             BoxIcon::kStop, BoxButtons::kOk, ""});
   }
   return true;
 }

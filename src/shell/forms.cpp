@@ -5,6 +5,9 @@
 #include "state/frm_settings.h"
 #include "state/mime_types_qt.h"
 #include "system/desktop_icons_qt.h"
+#include "system/files.h"
+#include "system/paths.h"
+#include "system/translation.h"
 #include "view/frm_about.h"
 #include "view/frm_help.h"
 
@@ -19,6 +22,12 @@ namespace {
 void BringUp(QWidget& window) {
   window.raise();
   window.activateWindow();
+}
+
+// The first page of the help, in the language of all other texts where there are such pages.
+std::string HelpPage(const ProgramFolder& folder) {
+  std::string page = folder.DataFile("help/" + TranslationLanguage() + "/index.htm");
+  return FileExists(page) ? page : folder.DataFile("help/index.htm");
 }
 
 }  // namespace
@@ -49,7 +58,7 @@ void Forms::ShowAbout() {
 
 void Forms::ShowHelp() {
   if (help_ == nullptr) {
-    help_ = new frmHelp(parts_.folder.DataFile("help/index.htm"), parts_.shell, &parts_.main);
+    help_ = new frmHelp(HelpPage(parts_.folder), parts_.shell, &parts_.main);
     help_->setAttribute(Qt::WA_DeleteOnClose);
     parts_.adopt(*help_);
   }
@@ -87,6 +96,13 @@ void Forms::ShowColors() {
 
 bool Forms::DialogOpen() const {
   return about_ != nullptr || options_ != nullptr;
+}
+
+void Forms::UseScheme(const std::string& name) {
+  if (!schemes_.Exists(name)) return;
+  schemes_.SetCurrent(name);
+  schemes_.LoadColorInfo();
+  parts_.refresh_colors();
 }
 
 void Forms::SetColors() {

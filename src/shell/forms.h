@@ -17,6 +17,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <string>
 
 namespace kv {
 
@@ -57,6 +58,9 @@ class Forms {
 
   // Reads the scheme of the settings into their colours.
   void LoadColorInfo() { schemes_.LoadColorInfo(); }
+
+  // Takes a scheme into use, if there is one of that name.
+  void UseScheme(const std::string& name);
 
   // The colours of the settings for the windows of this room, boxes included, from now on.
   void SetColors();

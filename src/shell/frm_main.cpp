@@ -1,10 +1,18 @@
 #include "shell/frm_main.h"
 
 #include "controls/svg_face_qt.h"
+#include "shell/hand_over_channel.h"
+#include "state/file_support.h"
+#include "state/open_filter.h"
+#include "system/language_name_qt.h"
+#include "system/name_tests.h"
+#include "system/paths.h"
+#include "system/translation_qt.h"
 #include "view/key_codes_qt.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QDialog>
 #include <QFile>
@@ -16,7 +24,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
-#include <fstream>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -24,6 +32,9 @@ namespace {
 constexpr int kWheelNotch = 120;  // eighths of a degree
 constexpr int kSmallestMovieHeight = 60;
 constexpr QSize kFirstSize(720, 480);
+// When nothing of a start waits any more.
+constexpr int kWishesMilliseconds = 1500;
+constexpr const char* kHighContrast = "High contrast";
 
 // Modifier keys under the numbers that key rules know them by.
 constexpr int kShiftKeyCode = 16;
@@ -85,7 +96,7 @@ frmMain::frmMain(const ProgramParts& parts)
       tick_(Movie_, settings_, session_, models_.Scroller1, sliders_, transport_, playlist_),
       movie_events_(*this, parts.pump),
       screen_(*this, {*this, view_, Movie_, settings_, session_, timers_, parts.time, parts.pump,
-                      windows_, BaseCaption()}),
+                      windows_, parts.text, BaseCaption()}),
       opener_(*this, view_,
               {Movie_, settings_, session_, models_, sliders_, time_display_, status_, dialogs_,
                parts.pump, parts.text}),
@@ -97,13 +108,18 @@ frmMain::frmMain(const ProgramParts& parts)
       forms_({*this, parts.folder, shell_, windows_, settings_, session_,
               [this] { RefreshColors(); }, [this](QWidget& window) { Adopt(window); }}),
       menu_(settings_, visual_, parts.text, parts.folder, *this),
+      tracks_(menu_.Model(), Movie_, dialogs_, session_, LanguageName),
       commands_(menu_.Model(), settings_, session_, dialogs_, parts.pump, parts.time,
                 {timers_[MainTimer::mnuTimer], timers_[MainTimer::ToggleFullscreenTimer],
                  timers_[MainTimer::UnloadTimer]},
-                {*this, *this, *this, *this, visual_}),
+                {*this, *this, *this, *this, visual_, tracks_}),
       keys_(Movie_, session_, {models_.Scroller1, models_.Scroller2, models_.Scroller3}, commands_,
             *this),
-      icons_(parts.time) {
+      icons_(parts.time),
+      desktop_(*this, {*this, Movie_, settings_, session_, models_, parts.time,
+                       timers_[MainTimer::UnloadTimer], dialogs_,
+                       FolderOfPath(HandOverSocketPath(parts.folder.AppFolder()))}),
+      wishes_([this](const DesktopWishes& wishes) { FollowWishes(wishes); }, this) {
   setObjectName(QStringLiteral("frmMain"));
   setFocusPolicy(Qt::StrongFocus);
   setAcceptDrops(true);
@@ -137,17 +153,19 @@ void frmMain::ConnectPanel() {
   panel.on_disp_move = [this](int index) { disp_events_.Disp_MouseMove(index); };
   for (const SliderKind kind :
        {SliderKind::kPosition, SliderKind::kVolume, SliderKind::kRate, SliderKind::kBalance}) {
-    // Keys belong to the form, whatever was clicked last.
-    panel.Slider(kind).got_focus = [this] { setFocus(); };
-    panel.Slider(kind).setToolTip(
-        QString::fromUtf8(kSliderDesign[static_cast<std::size_t>(kind)].tool_tip.data()));
+    panel.Slider(kind).setToolTip(QTr(kSliderDesign[static_cast<std::size_t>(kind)].tool_tip));
   }
+  // Keys belong to the form from the start, and whatever was clicked last.
+  setFocus();
+  panel.Slider(SliderKind::kPosition).got_focus = [this] { setFocus(); };
 }
 
 void frmMain::Form_Load() {
   // A stray call while the program goes down must not bring the form up again.
   if (session_.Unloading) return;
   run_once_.Clear();
+  first_run_ = !FileExists(parts_.folder.AppFolder() + "config.dat");
+  wishes_.AskLater(kWishesMilliseconds);
   const QIcon icon = ProgramIcon(ArtFrom(parts_.folder)("kestrelview"));
   QGuiApplication::setWindowIcon(icon);
   screen_.Tray().SetIcon(icon);
@@ -212,19 +230,14 @@ void frmMain::Form_Load() {
   }
   timers_[MainTimer::PosTimer].SetEnabled(true);
   SetVumeterVisible();
+  desktop_.Begin();
   if (parts_.trace.Active()) trace_timer_.start(1000);
 }
 
 void frmMain::ReadFileSupport() {
-  std::ifstream file(parts_.folder.DataFile("filesupport.dat"), std::ios::binary);
-  const auto next_line = [&file] {
-    std::string line;
-    std::getline(file, line);
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    return line;
-  };
-  session_.SupportedExtensions = next_line();
-  session_.OpenFilter = next_line();
+  const FileSupport support = kv::ReadFileSupport(parts_.folder.DataFile("filesupport.dat"));
+  session_.SupportedExtensions = support.SupportedExtensions;
+  session_.OpenFilter = TranslatedFilter(support.OpenFilter);
 }
 
 void frmMain::RefreshColors() {
@@ -235,6 +248,12 @@ void frmMain::RefreshColors() {
   list_windows_.UpdateColors();
   cpu_graph_.SetColors(settings_.Colors);
   visual_.SetColors(QApplication::palette());
+}
+
+// Colours are asked for once, before the user has had a chance to choose any.
+void frmMain::FollowWishes(const DesktopWishes& wishes) {
+  screen_.SetReducedMotion(wishes.reduced_motion);
+  if (wishes.high_contrast && std::exchange(first_run_, false)) forms_.UseScheme(kHighContrast);
 }
 
 void frmMain::OnTimer(MainTimer timer) {
@@ -305,6 +324,12 @@ void frmMain::EndSession() {
   }
 }
 
+void frmMain::SaveAtOnce() {
+  if (session_.Unloading) return;  // is being saved already
+  settings_life_.SaveAtOnce();
+  if (IsOn(settings_.SavePlaylist)) SavePlaylist(settings_.PlaylistFile);
+}
+
 void frmMain::Form_Unload() {
   if (!windows_.TaskBarVisible()) windows_.SetTaskBarVisible(true);
   SetCursor(true, true);
@@ -340,6 +365,11 @@ void frmMain::wheelEvent(QWheelEvent* event) {
   for (; wheel_angle_ >= kWheelNotch; wheel_angle_ -= kWheelNotch) wheel_.WheelMove(false, mode);
   for (; wheel_angle_ <= -kWheelNotch; wheel_angle_ += kWheelNotch) wheel_.WheelMove(true, mode);
   event->accept();
+}
+
+// The mouse brings the menu by rules of its own; this is the Menu key.
+void frmMain::contextMenuEvent(QContextMenuEvent* event) {
+  if (event->reason() == QContextMenuEvent::Keyboard) PopUpMenuAtWindow();
 }
 
 void frmMain::keyPressEvent(QKeyEvent* event) {
@@ -394,8 +424,22 @@ void frmMain::OpenFile(const std::string& File, OpenArguments arguments) {
 }
 
 void frmMain::OpenCommandFile(const std::string& path) {
+  OpenFromOutside(path, false);
+}
+
+void frmMain::OpenForProgram(const std::string& path) {
+  OpenFromOutside(path, true);
+}
+
+void frmMain::OpenFromOutside(const std::string& path, bool unattended) {
+  const std::string before = settings_.CurrentFile;
   settings_.CurrentFile = path;
-  OpenFile(path, {.StartPlaying = true, .KeepWindowSize = true});
+  OpenFile(path, {.StartPlaying = true, .KeepWindowSize = true, .Unattended = unattended});
+  // A list that the user does not want, or that is empty, leaves the medium in hand.
+  if (settings_.CurrentFile == path && IsM3UFile(path) && !session_.Unloading) {
+    settings_.CurrentFile = before;
+    UpdateFileDisp("");
+  }
   // Another medium may have come in its place.
   if (IsOn(settings_.AutoZoom) && settings_.CurrentFile == path) ScaleWindow(1.0F);
 }
@@ -423,6 +467,10 @@ void frmMain::SetRepeatFace(int face) {
   view_.SetRepeatFace(face);
 }
 
+void frmMain::ShowRepeatMode() {
+  transport_.SetRepeatButtonColor();
+}
+
 void frmMain::LoadColorInfo() {
   forms_.LoadColorInfo();
 }
@@ -440,6 +488,7 @@ void frmMain::StopAllTimers() {
   trace_timer_.stop();
   screen_.StopTimers();
   icons_.Stop();
+  desktop_.End();
 }
 
 void frmMain::RegisterRestart() {

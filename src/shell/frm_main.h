@@ -9,6 +9,7 @@
 #include "engine/mpv_engine.h"
 #include "playlist/tag_readers_taglib.h"
 #include "shell/cpu_graph.h"
+#include "shell/desktop_room.h"
 #include "shell/form_life.h"
 #include "shell/forms.h"
 #include "shell/hand_over.h"
@@ -35,6 +36,7 @@
 #include "state/session.h"
 #include "state/settings.h"
 #include "system/app_folder.h"
+#include "system/desktop_wishes_qt.h"
 #include "system/dialogs_qt.h"
 #include "system/docking_qt.h"
 #include "system/shell_services_qt.h"
@@ -43,6 +45,7 @@
 #include "view/command_router.h"
 #include "view/information_display.h"
 #include "view/key_router.h"
+#include "view/track_menu.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -79,6 +82,7 @@ class frmMain : public QWidget,
                 private CommandMedium,
                 private CommandWindow,
                 private CommandForms,
+                private DesktopRoomHost,
                 private KeyHost,
                 private DispHost {
   Q_OBJECT
@@ -100,6 +104,8 @@ class frmMain : public QWidget,
 
   // The login session ends, or the process is told to: everything is saved.
   void EndSession();
+  // The process is being torn down: saves without a window, a question or a pump.
+  void SaveAtOnce();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -107,6 +113,7 @@ class frmMain : public QWidget,
   void moveEvent(QMoveEvent* event) override;
   void changeEvent(QEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -119,6 +126,8 @@ class frmMain : public QWidget,
   void ConnectPanel();
   void ReadFileSupport();
   void RefreshColors();
+  void FollowWishes(const DesktopWishes& wishes);
+  void OpenFromOutside(const std::string& path, bool unattended);
   void Form_Unload();
   void OnTimer(MainTimer timer);
   void FadeIn();
@@ -129,7 +138,7 @@ class frmMain : public QWidget,
   void UndockWindow();
 
   // OpenerHost
-  void OpenPlaylist(const std::string& Path) override;
+  void OpenPlaylist(const std::string& Path, bool ByHand) override;
   void OpenResumeFile(const std::string& Path, bool& FromPlaylist, bool StartPlaying) override;
   kv::AsxInfo ReadAsxFile(const std::string& Path) override;
   void UpdateFileDisp(const std::string& text) override;
@@ -250,6 +259,10 @@ class frmMain : public QWidget,
   void SetTempWindowCaption(const std::string& text) override;
   void PopUpMenuAtWindow() override;
 
+  // DesktopRoomHost
+  void OpenForProgram(const std::string& path) override;
+  void ShowRepeatMode() override;
+
   // DispHost
   void SetDispPointer(DispLabel label, bool hand) override;
 
@@ -289,14 +302,18 @@ class frmMain : public QWidget,
   RunOnce run_once_;
   Forms forms_;
   MainMenu menu_;
+  TrackMenu tracks_;
   CommandRouter commands_;
   KeyRouter keys_;
 
   IconLoader icons_;
+  DesktopRoom desktop_;
+  DesktopWishesQt wishes_;
 
   QTimer trace_timer_;
   int wheel_angle_ = 0;  // what is left over from whole notches, eighths of a degree
   bool shown_ = false;
+  bool first_run_ = false;  // of this program folder
 };
 
 }  // namespace kv

@@ -67,8 +67,8 @@ void frmMain::SetDispPointer(DispLabel label, bool hand) {
 
 // --- Playlist and resume files
 
-void frmMain::OpenPlaylist(const std::string& Path) {
-  playlist_.Files().OpenPlaylist(Path);
+void frmMain::OpenPlaylist(const std::string& Path, bool ByHand) {
+  playlist_.Files().OpenPlaylist(Path, ByHand);
 }
 void frmMain::OpenResumeFile(const std::string& Path, bool& FromPlaylist, bool StartPlaying) {
   playlist_.Resume().OpenResumeFile(Path, FromPlaylist, StartPlaying);
@@ -134,9 +134,11 @@ void frmMain::RunMenuCommand(std::string_view key) {
   commands_.RunMenuCommand(key);
 }
 void frmMain::PopUpMainMenu() {
+  tracks_.Update();
   menu_.PopUp(windows_.GetMouseScreenPos());
 }
 void frmMain::PopUpMenuAtWindow() {
+  tracks_.Update();
   menu_.PopUp(frameGeometry().topLeft());
 }
 void frmMain::UpdateSettings() {

@@ -4,6 +4,7 @@
 #include "system/shown_text.h"
 #include "system/text_format.h"
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -26,11 +27,12 @@ constexpr std::int32_t kBlock = 1024 * 1024;
 constexpr Qt::WindowFlags kFlags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                    Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
 
-QLabel* NameLabel(const std::string& before, const std::string& name, QWidget* parent) {
+// `sentence` has the name at "%1".
+QLabel* NameLabel(const char* sentence, const std::string& name, QWidget* parent) {
   auto* const label = new QLabel(parent);
   label->setTextFormat(Qt::PlainText);
   label->setFixedWidth(kLabelWidth);
-  const QString text = ToQString(before + "\"" + name + "\"");
+  const QString text = ToQString(Fill(Tr(sentence), name));
   label->setText(label->fontMetrics().elidedText(text, Qt::ElideMiddle, kLabelWidth));
   label->setAccessibleName(text);
   return label;
@@ -47,19 +49,19 @@ frmSaving::frmSaving(const std::string& source, const std::string& target, Timer
                [this](std::function<void()> work) {
                  QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
                }}),
-      Label1_(NameLabel("Saving ", FileNameOfPath(WithoutUserInfo(source)), this)),
+      Label1_(NameLabel(TrLater("Saving \"%1\""), FileNameOfPath(WithoutUserInfo(source)), this)),
       Label2_(new QLabel(this)),
       bar_(new QProgressBar(this)),
-      Command1_(new QPushButton(QStringLiteral("&Cancel"), this)) {
+      Command1_(new QPushButton(QTr("&Cancel"), this)) {
   setObjectName(QStringLiteral("frmSaving"));
-  setWindowTitle(QStringLiteral("Save file - Kestrelview"));
+  setWindowTitle(QTr("Save file - Kestrelview"));
   if (owner != nullptr) setWindowIcon(owner->windowIcon());
   bar_->setRange(0, 0);  // moves on its own until a length is known
-  bar_->setAccessibleName(QStringLiteral("Progress"));
+  bar_->setAccessibleName(QTr("Progress"));
 
   auto* const rows = new QVBoxLayout(this);
   rows->addWidget(Label1_);
-  rows->addWidget(NameLabel("To: ", target, this));
+  rows->addWidget(NameLabel(TrLater("To: \"%1\""), target, this));
   rows->addWidget(bar_);
   auto* const bottom = new QHBoxLayout;
   bottom->addWidget(Label2_, 1);
@@ -103,7 +105,7 @@ void frmSaving::ShowProgress(std::int64_t done, std::int64_t total) {
   const std::string separator = text_.DecimalSeparator();
   std::string figures = FormatByteSize(static_cast<double>(done), separator);
   if (total > 0) {
-    figures += " of " + FormatByteSize(static_cast<double>(total), separator);
+    figures = Fill(Tr("%1 of %2"), figures, FormatByteSize(static_cast<double>(total), separator));
     bar_->setRange(0, kWhole);
     bar_->setValue(static_cast<int>(kWhole * std::min(done, total) / total));
   }
@@ -118,8 +120,8 @@ void frmSaving::OnCopied(CopyResult result) {
   }
   bar_->setRange(0, kWhole);
   bar_->reset();
-  Label2_->setText(QStringLiteral("There is not enough free space."));
-  Command1_->setText(QStringLiteral("&Close"));
+  Label2_->setText(QTr("There is not enough free space."));
+  Command1_->setText(QTr("&Close"));
 }
 
 void frmSaving::OnFetched(bool complete) {

@@ -1,6 +1,7 @@
 #include "shell/frm_url.h"
 
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 
 #include <QAbstractItemView>
 #include <QCompleter>
@@ -23,12 +24,12 @@ frmURL::frmURL(Registry& registry, const Session& session, Dialogs& dialogs, con
                QWidget* parent)
     : QDialog(parent), entry_(registry, session, dialogs), Text1_(new QLineEdit(this)) {
   setObjectName(QStringLiteral("frmURL"));
-  setWindowTitle(QStringLiteral("Open URL - Kestrelview"));
+  setWindowTitle(QTr("Open URL - Kestrelview"));
   if (parent != nullptr) setWindowIcon(parent->windowIcon());
   setModal(true);
   setPalette(colors);
 
-  auto* const label = new QLabel(QStringLiteral("&Address of the file or stream:"), this);
+  auto* const label = new QLabel(QTr("&Address of the file or stream:"), this);
   label->setBuddy(Text1_);
   Text1_->setObjectName(QStringLiteral("Text1"));
   Text1_->setMinimumWidth(kTextWidth);

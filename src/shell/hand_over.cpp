@@ -4,6 +4,8 @@
 #include "system/ascii_text.h"
 #include "system/ini_file.h"
 #include "system/paths.h"
+#include "system/shown_text.h"
+#include "system/translation.h"
 
 #include <algorithm>
 
@@ -28,8 +30,8 @@ void HandOver::ReadCommandLine(const std::string& command_line) {
   if (command_line.empty()) return;
   CommandFile_ = CommandFileOf(command_line);
   if (!FileExists(CommandFile_)) {
-    dialogs_.ShowMessageBox({"File \"" + CommandFile_ + "\" does not exist!", BoxIcon::kExclamation,
-                             BoxButtons::kOk, ""});
+    dialogs_.ShowMessageBox({Fill(Tr("File \"%1\" does not exist!"), ShownName(CommandFile_)),
+                             BoxIcon::kExclamation, BoxButtons::kOk, ""});
     return;
   }
   if (LowerAscii(GetFileExtension(CommandFile_, true)) != ".kvr") {
@@ -42,7 +44,7 @@ void HandOver::ReadCommandLine(const std::string& command_line) {
     return;
   }
   dialogs_.ShowMessageBox(
-      {"The opened resume file points to \"" + target + "\" which doesn't exist!",
+      {Fill(Tr("The opened resume file points to \"%1\" which doesn't exist!"), ShownName(target)),
        BoxIcon::kExclamation, BoxButtons::kOk, ""});
   CommandFile_.clear();
 }
@@ -67,7 +69,7 @@ bool HandOver::Form_LinkExecute(const std::string& CmdStr) {
 }
 
 void HandOver::Form_LinkError(int LinkErr) {
-  dialogs_.ShowMessageBox({"DDE Error. (Link) error code:" + std::to_string(LinkErr),
+  dialogs_.ShowMessageBox({Fill(Tr("DDE Error. (Link) error code:%1"), std::to_string(LinkErr)),
                            BoxIcon::kStop, BoxButtons::kOk, ""});
 }
 

@@ -152,6 +152,11 @@ bool PeerIsSameUser(int socket) {
   return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
 }
 
+bool PeerHasGone(int socket) {
+  pollfd entry{socket, 0, 0};
+  return socket < 0 || (poll(&entry, 1, 0) > 0 && (entry.revents & (POLLHUP | POLLERR)) != 0);
+}
+
 HandOverAnswer SendHandOver(const std::string& socket_path, std::string_view text,
                             int timeout_milliseconds) {
   Connection connection(timeout_milliseconds);

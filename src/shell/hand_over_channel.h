@@ -40,6 +40,9 @@ DecodedHandOver DecodeHandOver(std::string_view bytes);
 // True when the process at the other end of a connected socket belongs to this user.
 bool PeerIsSameUser(int socket);
 
+// True when nobody is at the other end of a socket any more; what was sent can still be read.
+bool PeerHasGone(int socket);
+
 enum class HandOverAnswer { kNobody, kAccepted, kRefused };
 
 // Delivers a text to the player behind a socket. kNobody: nobody listens, or no answer came within

@@ -57,7 +57,9 @@ void LinkServer::OnConnection() {
       const DecodedHandOver request = DecodeHandOver(bytes);
       if (request.state == HandOverState::kIncomplete) return;
       socket->disconnect(this);
-      if (request.state == HandOverState::kMalformed) {
+      // A start that got no answer in time plays its medium itself.
+      const bool given_up = PeerHasGone(static_cast<int>(socket->socketDescriptor()));
+      if (request.state == HandOverState::kMalformed || given_up) {
         socket->abort();
         return;
       }

@@ -1,7 +1,9 @@
 // The program's entry: hands its path to a player that runs, or becomes that player.
 
+#include "desktop/bus_probe.h"
 #include "engine/mpv_engine.h"
 #include "shell/command_line.h"
+#include "shell/exit_guard.h"
 #include "shell/frm_main.h"
 #include "shell/hand_over_channel.h"
 #include "shell/link_server.h"
@@ -15,9 +17,12 @@
 #include "system/registry.h"
 #include "system/text_platform_qt.h"
 #include "system/timers_qt.h"
+#include "system/translation_qt.h"
 
 #include <QApplication>
+#include <QLibraryInfo>
 #include <QSessionManager>
+#include <QTranslator>
 
 #include <array>
 #include <climits>
@@ -51,6 +56,7 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
               const kv::ProgramFolder& folder, const std::string& socket) {
   kv::Trace trace;
   trace.Write("start");
+  kv::LeaveSilentBus();
   if (kv::MayUseHardwareVideo()) {
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
   } else {
@@ -64,6 +70,14 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
   QApplication::setStyle(new kv::DialogStyle);
   // The engine reads and writes numbers in the C locale's form; texts for the user ask QLocale.
   std::setlocale(LC_NUMERIC, "C");
+  kv::BindTranslations(folder.LocaleFolder());
+  // The toolkit's own texts speak the same language or, without a catalogue of theirs, English.
+  QTranslator toolkit_texts;
+  if (const std::string language = kv::TranslationLanguage();
+      !language.empty() && toolkit_texts.load(QStringLiteral("qtbase_") + kv::ToQString(language),
+                                              QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QCoreApplication::installTranslator(&toolkit_texts);
+  }
   QCoreApplication::setApplicationName(QStringLiteral("kestrelview"));
   QGuiApplication::setApplicationDisplayName(QString());
   QGuiApplication::setDesktopFileName(QStringLiteral("kestrelview"));
@@ -83,6 +97,7 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
     {
       kv::frmMain form({engine, pump, time, text, folder, start_up, trace});
       kv::Termination termination([&form] { form.EndSession(); });
+      const kv::ExitGuard exit_guard([&form] { form.SaveAtOnce(); });
       QObject::connect(&application, &QGuiApplication::commitDataRequest, &form,
                        [&form](QSessionManager& session) {
                          session.setRestartHint(QSessionManager::RestartNever);

@@ -2,10 +2,14 @@
 
 #include "controls/color_qt.h"
 #include "controls/svg_face_qt.h"
+#include "shell/panel_accessible_qt.h"
+#include "shell/spoken_values.h"
+#include "system/translation_qt.h"
 
 #include <QCursor>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -58,18 +62,18 @@ struct ButtonPlace {
 
 // From left to right, in groups.
 constexpr std::array<ButtonPlace, kButtons> kButtonPlaces = {{
-    {0, 0, "play", "Play"},
-    {1, 0, "pause", "Pause"},
-    {2, 0, "stop", "Stop"},
-    {8, 10, "first", "First"},
-    {3, 0, "previous", "Previous"},
-    {4, 0, "next", "Next"},
-    {9, 0, "last", "Last"},
-    {5, 10, "ab_0", "A > B"},
-    {6, 0, "repeat_0", "Repeat"},
-    {10, 10, "playlist", "Playlist"},
-    {11, 0, "cycle", "Cycle plugins"},
-    {7, 0, "menu", "Menu"},
+    {0, 0, "play", TrLater("Play")},
+    {1, 0, "pause", TrLater("Pause")},
+    {2, 0, "stop", TrLater("Stop")},
+    {8, 10, "first", TrLater("First")},
+    {3, 0, "previous", TrLater("Previous")},
+    {4, 0, "next", TrLater("Next")},
+    {9, 0, "last", TrLater("Last")},
+    {5, 10, "ab_0", TrLater("A > B")},
+    {6, 0, "repeat_0", TrLater("Repeat")},
+    {10, 10, "playlist", TrLater("Playlist")},
+    {11, 0, "cycle", TrLater("Cycle plugins")},
+    {7, 0, "menu", TrLater("Menu")},
 }};
 
 struct SmallSlider {
@@ -83,9 +87,9 @@ struct SmallSlider {
 };
 
 constexpr std::array<SmallSlider, 3> kSmallSliders = {{
-    {SliderKind::kVolume, "volume", "Volume", 6, 0, 182, 28},
-    {SliderKind::kRate, "rate", "Speed", 6, 1, 64, 28},
-    {SliderKind::kBalance, "balance", "Balance", 124, 1, 60, 30},
+    {SliderKind::kVolume, "volume", TrLater("Volume"), 6, 0, 182, 28},
+    {SliderKind::kRate, "rate", TrLater("Speed"), 6, 1, 64, 28},
+    {SliderKind::kBalance, "balance", TrLater("Balance"), 124, 1, 60, 30},
 }};
 
 void Paint(QWidget* widget, const QColor& back, const QColor& text) {
@@ -96,42 +100,55 @@ void Paint(QWidget* widget, const QColor& back, const QColor& text) {
   widget->setAutoFillBackground(true);
 }
 
+// The name of a file and the tags in it are no markup, whatever they look like.
+QString PlainToolTip(const QString& text) {
+  return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal) : text;
+}
+
 }  // namespace
 
 MainPanel::MainPanel(ArtFile art, MessagePump& pump, QWidget* parent)
     : QWidget(parent), art_(std::move(art)) {
+  InstallPanelAccessibility();
+  setAccessibleName(QTr("Controls"));
   for (line3d*& line : sLine_) line = new line3d(this);
   auto* position = new Scroller(this, &pump);
-  position->setAccessibleName(tr("Position"));
+  position->setAccessibleName(QTr("Position"));
   sliders_[0] = position;
 
   display_ = new QWidget(this);
-  disp_[5] = MakeDisp(5, kTitlePixels, true);
-  disp_[1] = MakeDisp(1, kDataPixels, false);
-  disp_[2] = MakeDisp(2, kDataPixels, false);
+  disp_[5] = MakeDisp(5, QTr("Title"), kTitlePixels, true);
+  disp_[1] = MakeDisp(1, QTr("Medium"), kDataPixels, false);
+  disp_[2] = MakeDisp(2, QTr("Details"), kDataPixels, false);
   ic_https_ = new QLabel(display_);
   pic_kvr_ = new QLabel(display_);
   ic_https_->hide();
   pic_kvr_->hide();
-  ic_https_->setToolTip(tr("Internet connection"));
+  ic_https_->setToolTip(QTr("Internet connection"));
   ic_https_->setAccessibleName(ic_https_->toolTip());
-  pic_kvr_->setToolTip(tr("Resume file"));
+  pic_kvr_->setToolTip(QTr("Resume file"));
   pic_kvr_->setAccessibleName(pic_kvr_->toolTip());
   MakeSmallSliders(pump);
 
   pic_time_ = new TimeStrip(this);
-  disp_[0] = MakeDisp(0, kDataPixels, false);
+  pic_time_->setAccessibleName(QTr("Time"));
+  disp_[0] = MakeDisp(0, QTr("Number in the list"), kDataPixels, false);
   disp_[0]->setParent(pic_time_);
   disp_[0]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   pic_time_->installEventFilter(this);
   display_->installEventFilter(this);
 
   MakeButtons();
+  MakeKeys();
+  MakeSpeech();
 }
 
-QLabel* MainPanel::MakeDisp(int index, int pixels, bool bold) {
-  auto* label = new QLabel(display_);
-  label->setTextFormat(Qt::PlainText);
+DisplayLine* MainPanel::MakeDisp(int index, const QString& name, int pixels, bool bold) {
+  auto* label = new DisplayLine(display_);
+  label->setAccessibleName(name);
+  label->on_press = [this, index] {
+    if (on_disp_click) on_disp_click(index);
+  };
   QFont font = label->font();
   font.setPixelSize(pixels);
   font.setBold(bold);
@@ -147,14 +164,16 @@ void MainPanel::MakeSmallSliders(MessagePump& pump) {
   for (const SmallSlider& row : kSmallSliders) {
     const auto at = static_cast<std::size_t>(row.kind);
     sliders_[at] = new Scroller(small_controls_, &pump);
-    sliders_[at]->setAccessibleName(tr(row.name));
+    sliders_[at]->setAccessibleName(QTr(row.name));
     slider_faces_[at] = new QLabel(small_controls_);
-    slider_labels_[at] = new QLabel(small_controls_);
+    slider_labels_[at] = new DisplayLine(small_controls_);
+    slider_labels_[at]->setAccessibleName(QTr(row.name));
     slider_labels_[at]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     QFont font = slider_labels_[at]->font();
     font.setPixelSize(kDataPixels);
     slider_labels_[at]->setFont(font);
-    slider_faces_[at]->setToolTip(tr(row.name));
+    slider_faces_[at]->setToolTip(QTr(row.name));
+    slider_faces_[at]->setAccessibleName(slider_faces_[at]->toolTip());
   }
 }
 
@@ -165,10 +184,40 @@ void MainPanel::MakeButtons() {
   line3d1_->hide();
   for (const ButtonPlace& place : kButtonPlaces) {
     auto* button = new SmartButton(bottom_);
-    button->SetLabel(tr(place.label));
+    button->SetLabel(QTr(place.label));
     button->SetFace(art_(place.face));
     buttons_[static_cast<std::size_t>(place.index)] = button;
   }
+}
+
+// Only what is drawn as a target of the keyboard takes the focus, and only from Tab: a click leaves
+// it where it is. The position hands it back at once, so that Tab would never come past it.
+void MainPanel::MakeKeys() {
+  keys_ = new PanelKeys(*this, *parentWidget());
+  Slider(SliderKind::kPosition).setFocusPolicy(Qt::ClickFocus);
+  for (const SmallSlider& row : kSmallSliders) {
+    Slider(row.kind).setFocusPolicy(Qt::TabFocus);
+    keys_->Add(Slider(row.kind));
+  }
+  for (DisplayLine* label : disp_) {
+    if (label != nullptr) keys_->Add(*label);
+  }
+  for (SmartButton* button : buttons_) {
+    button->setFocusPolicy(Qt::TabFocus);
+    keys_->Add(*button);
+  }
+}
+
+void MainPanel::MakeSpeech() {
+  const auto speak = [this](SliderKind kind, std::string (*words)(double value)) {
+    Slider(kind).spoken = [words](double value) { return ToQString(words(value)); };
+  };
+  speak(SliderKind::kVolume, SpokenVolume);
+  speak(SliderKind::kRate, SpokenRate);
+  speak(SliderKind::kBalance, SpokenBalance);
+  Slider(SliderKind::kPosition).spoken = [this](double value) {
+    return ToQString(SpokenPosition(value, Slider(SliderKind::kPosition).Model().Max()));
+  };
 }
 
 void MainPanel::resizeEvent(QResizeEvent* /*event*/) {
@@ -238,7 +287,7 @@ void MainPanel::SetGraphVisible(bool visible) {
 }
 
 void MainPanel::SetDisp(int index, const QString& text) {
-  QLabel* label = index >= 0 && index < 6 ? disp_[static_cast<std::size_t>(index)] : nullptr;
+  DisplayLine* label = index >= 0 && index < 6 ? disp_[static_cast<std::size_t>(index)] : nullptr;
   if (label == nullptr) return;
   // A file's name may hold anything; a label has one line.
   QString line = text;
@@ -246,6 +295,7 @@ void MainPanel::SetDisp(int index, const QString& text) {
     if (c.category() == QChar::Other_Control) c = QChar::Space;
   }
   disp_texts_[static_cast<std::size_t>(index)] = line;
+  label->SetFullText(line);
   ElideDisp(index);
 }
 
@@ -257,23 +307,24 @@ void MainPanel::ElideDisp(int index) {
   const QString shown =
       data_line ? label->fontMetrics().elidedText(text, Qt::ElideRight, label->width()) : text;
   if (label->text() != shown) label->setText(shown);
-  if (data_line) label->setToolTip(shown != text ? text : QString());
+  if (data_line) label->setToolTip(shown != text ? PlainToolTip(text) : QString());
 }
 
 void MainPanel::SetDispUnderline(int index, bool underline) {
-  QLabel* label = index >= 0 && index < 6 ? disp_[static_cast<std::size_t>(index)] : nullptr;
+  DisplayLine* label = index >= 0 && index < 6 ? disp_[static_cast<std::size_t>(index)] : nullptr;
   if (label == nullptr) return;
+  label->SetLink(underline);
   QFont font = label->font();
   font.setUnderline(underline);
   label->setFont(font);
 }
 
 void MainPanel::SetTitleToolTip(const QString& text) {
-  disp_[5]->setToolTip(text);
+  disp_[5]->setToolTip(PlainToolTip(text));
 }
 
 void MainPanel::SetDispPointer(int index, bool hand) {
-  QLabel* label = index >= 0 && index < 6 ? disp_[static_cast<std::size_t>(index)] : nullptr;
+  DisplayLine* label = index >= 0 && index < 6 ? disp_[static_cast<std::size_t>(index)] : nullptr;
   if (label == nullptr) return;
   if (!hand) {
     label->unsetCursor();
@@ -286,8 +337,10 @@ void MainPanel::SetDispPointer(int index, bool hand) {
 }
 
 void MainPanel::SetSliderLabel(SliderKind kind, const QString& text) {
-  QLabel* label = slider_labels_[static_cast<std::size_t>(kind)];
-  if (label != nullptr) label->setText(text);
+  DisplayLine* label = slider_labels_[static_cast<std::size_t>(kind)];
+  if (label == nullptr) return;
+  label->setText(text);
+  label->SetFullText(text);
 }
 
 void MainPanel::ShowConnection(const char* drawing) {
@@ -313,7 +366,7 @@ void MainPanel::ApplyColors(const std::array<std::int32_t, kColorSlots>& colors)
   Paint(display_, slot(kDisplayBack), slot(kDisplayText));
   Paint(small_controls_, slot(kGeneralBack), slot(kGeneralText));
   pic_time_->SetColors(slot(kDisplayBack), slot(kDisplayText));
-  for (QLabel* label : disp_) {
+  for (DisplayLine* label : disp_) {
     if (label != nullptr) Paint(label, slot(kDisplayBack), slot(kDisplayText));
   }
   Paint(disp_[0], slot(kDisplayBack), slot(kDisplayCounter));

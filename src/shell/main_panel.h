@@ -7,6 +7,8 @@
 #include "controls/line3d.h"
 #include "controls/scroller.h"
 #include "controls/smart_button.h"
+#include "shell/display_line.h"
+#include "shell/panel_keys.h"
 #include "shell/time_strip.h"
 #include "state/settings.h"
 #include "system/message_pump.h"
@@ -42,6 +44,9 @@ class MainPanel : public QWidget {
   Scroller& Slider(SliderKind kind) { return *sliders_[static_cast<std::size_t>(kind)]; }
   SmartButton& Button(int index) { return *buttons_[static_cast<std::size_t>(index)]; }
   TimeStrip& PicTime() { return *pic_time_; }
+
+  // Tab has brought the keyboard to one of the controls, which hands on what it has no use for.
+  bool HoldsFocus() const { return keys_->HoldFocus(); }
 
   // The labels `Disp` 0, 1, 2 and 5; other numbers do nothing.
   void SetDisp(int index, const QString& text);
@@ -86,16 +91,18 @@ class MainPanel : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  QLabel* MakeDisp(int index, int pixels, bool bold);
+  DisplayLine* MakeDisp(int index, const QString& name, int pixels, bool bold);
   void MakeSmallSliders(MessagePump& pump);
   void MakeButtons();
+  void MakeKeys();
+  void MakeSpeech();
   void LayOut();
   void ElideDisp(int index);
 
   ArtFile art_;
   std::array<Scroller*, 4> sliders_{};
   std::array<QLabel*, 4> slider_faces_{};
-  std::array<QLabel*, 4> slider_labels_{};
+  std::array<DisplayLine*, 4> slider_labels_{};
   std::array<SmartButton*, kButtons> buttons_{};
   std::array<line3d*, 3> sLine_{};
   line3d* line3d1_ = nullptr;  // in front of the graph
@@ -104,8 +111,9 @@ class MainPanel : public QWidget {
   QWidget* small_controls_ = nullptr;  // `PicSControls`
   QWidget* bottom_ = nullptr;          // `BottonPanel`
   TimeStrip* pic_time_ = nullptr;
-  std::array<QLabel*, 6> disp_{};      // by index; 3 and 4 do not exist
-  std::array<QString, 6> disp_texts_;  // in full
+  PanelKeys* keys_ = nullptr;
+  std::array<DisplayLine*, 6> disp_{};  // by index; 3 and 4 do not exist
+  std::array<QString, 6> disp_texts_;   // in full
   QLabel* ic_https_ = nullptr;
   QLabel* pic_kvr_ = nullptr;
   QString connection_;

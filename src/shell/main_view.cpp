@@ -1,6 +1,7 @@
 #include "shell/main_view.h"
 
 #include "controls/color_qt.h"
+#include "system/translation_qt.h"
 
 #include <array>
 #include <utility>
@@ -13,10 +14,6 @@ constexpr std::size_t kGeneralText = 4;
 constexpr int kMarksButton = 5;
 constexpr int kRepeatButton = 6;
 
-QString ToQString(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 }  // namespace
 
 MainView::MainView(QWidget& form, VideoSurfaces& surfaces, MessagePump& pump,
@@ -26,7 +23,8 @@ MainView::MainView(QWidget& form, VideoSurfaces& surfaces, MessagePump& pump,
       imgLogo_(new PictureView(art_("logo"), &form)),
       picInfo_(new StatusStrip(&form)),
       panel_(new MainPanel(art_, pump, &form)) {
-  render_->setAccessibleName(QObject::tr("Movie"));
+  render_->setAccessibleName(QTr("Movie"));
+  imgLogo_->setAccessibleName(QStringLiteral("Kestrelview"));
 }
 
 SliderModels MainView::Models() {
@@ -64,7 +62,10 @@ void MainView::ApplyColors(const std::array<std::int32_t, kColorSlots>& colors) 
 
 void MainView::SetRepeatFace(int face) {
   constexpr std::array kFaces = {"repeat_0", "repeat_1", "repeat_2"};
+  constexpr std::array kStates = {TrLater("Off"), TrLater("Repeats the file"),
+                                  TrLater("Repeats the list")};
   panel_->SetFace(kRepeatButton, kFaces[static_cast<std::size_t>(face)]);
+  panel_->Button(kRepeatButton).SetState(QTr(kStates[static_cast<std::size_t>(face)]), face != 0);
 }
 
 RenderTarget MainView::Render() const {
@@ -135,7 +136,10 @@ void MainView::SetSliderLabel(SliderLabel which, const std::string& text, bool /
 
 void MainView::SetAbFace(int face) {
   constexpr std::array kFaces = {"ab_0", "ab_1", "ab_2"};
+  constexpr std::array kStates = {TrLater("No marks"), TrLater("A is set"),
+                                  TrLater("Repeats from A to B")};
   panel_->SetFace(kMarksButton, kFaces[static_cast<std::size_t>(face)]);
+  panel_->Button(kMarksButton).SetState(QTr(kStates[static_cast<std::size_t>(face)]), face != 0);
 }
 
 void MainView::SetAbToolTip(const std::string& text) {

@@ -1,6 +1,7 @@
 #include "shell/marks.h"
 
 #include "system/text_format.h"
+#include "system/translation.h"
 
 #include <utility>
 
@@ -35,7 +36,7 @@ void Marks::Press() {
     view_.SetAbToolTip(TimeText(a) + " > " + TimeText(b));
   } else {
     ResetAB();
-    view_.SetAbToolTip("Click to set A > B");
+    view_.SetAbToolTip(Tr("Click to set A > B"));
   }
 }
 

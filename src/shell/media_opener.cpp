@@ -4,6 +4,8 @@
 #include "system/ascii_text.h"
 #include "system/name_tests.h"
 #include "system/paths.h"
+#include "system/shown_text.h"
+#include "system/translation.h"
 
 #include <utility>
 
@@ -27,7 +29,7 @@ void MediaOpener::OpenFile(const std::string& File, OpenArguments arguments) {
   const std::uint64_t before = last_open_;
   std::string path = File;  // `File` may be a field that changes inside a pump
   parts_.status.RemoveStatus();
-  host_.UpdateFileDisp("Loading " + FileNameOfPath(path));
+  host_.UpdateFileDisp(Fill(Tr("Loading %1"), FileNameOfPath(WithoutUserInfo(path))));
   parts_.pump.PumpOnce();
   parts_.session.SlowMoveDetected = false;
   if (path.empty()) {
@@ -44,7 +46,7 @@ void MediaOpener::OpenFile(const std::string& File, OpenArguments arguments) {
     return;
   } else if (!IsPlayableName(path, parts_.session.SupportedExtensions)) {
     parts_.dialogs.ShowMessageBox(
-        {"Unsupported file format or protocol error!", BoxIcon::kStop, BoxButtons::kOk, ""});
+        {Tr("Unsupported file format or protocol error!"), BoxIcon::kStop, BoxButtons::kOk, ""});
     return;
   }
   const std::string extension = LowerAscii(GetFileExtension(path, true));
@@ -54,7 +56,7 @@ void MediaOpener::OpenFile(const std::string& File, OpenArguments arguments) {
   }
   PrepareState(path, arguments);
   if (extension == ".m3u") {
-    host_.OpenPlaylist(path);
+    host_.OpenPlaylist(path, !arguments.Unattended && !arguments.IsResumeStart);
     return;
   }
   parts_.settings.PlayingFromPlaylist = FromBool(arguments.FromPlaylist);
@@ -78,14 +80,14 @@ void MediaOpener::OpenFile(const std::string& File, OpenArguments arguments) {
 bool MediaOpener::AskForFile(std::string& path) {
   while (true) {
     FileDialogRequest request;
-    request.title = "Open movie";
+    request.title = Tr("Open movie");
     request.filter = parts_.session.OpenFilter;
     request.folder = parts_.settings.LastOpenFolder;
     path = parts_.dialogs.ShowFileDialog(request).file_name;
     if (path.empty()) return false;
     if (IsPlayableName(path, parts_.session.SupportedExtensions)) return true;
     parts_.dialogs.ShowMessageBox(
-        {"Unsupported fileformat error!", BoxIcon::kStop, BoxButtons::kOk, ""});
+        {Tr("Unsupported fileformat error!"), BoxIcon::kStop, BoxButtons::kOk, ""});
   }
 }
 
@@ -136,8 +138,12 @@ bool MediaOpener::Render(const std::string& path, const std::string& target, Kin
   --depth_;
   if (Overtaken(number)) return false;
   if (!opened) {
-    parts_.dialogs.ShowMessageBox(
-        {"Error opening \"" + target + "\"", BoxIcon::kExclamation, BoxButtons::kOk, ""});
+    std::string text = Fill(Tr("Error opening \"%1\""), ShownName(target));
+    if (parts_.Movie.DS_CertificateRefused()) {
+      text += "\n\n";
+      text += Tr("The server could not prove who it is: its certificate is not trusted.");
+    }
+    parts_.dialogs.ShowMessageBox({text, BoxIcon::kExclamation, BoxButtons::kOk, ""});
     if (Overtaken(number)) return false;
     parts_.status.RemoveStatus();
   }

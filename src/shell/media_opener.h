@@ -28,13 +28,15 @@ struct OpenArguments {
   bool KeepWindowSize = false;  // no automatic scaling of the window; the Open dialog clears it
   bool ShowOnOpen = false;      // a video brings the window up, as a click on the tray icon does
   bool IsResumeStart = false;   // called by a resume file: its section and its mark stay
+  bool Unattended = false;      // the player's own doing: not the time to ask how to read a list
 };
 
 // What an open asks of the other rooms.
 class OpenerHost {
  public:
   virtual ~OpenerHost() = default;
-  virtual void OpenPlaylist(const std::string& Path) = 0;
+  // `ByHand`: the user has asked for it and can be asked how it is to be read.
+  virtual void OpenPlaylist(const std::string& Path, bool ByHand) = 0;
   // `FromPlaylist` becomes true when the resume file's medium is an entry of the list.
   virtual void OpenResumeFile(const std::string& Path, bool& FromPlaylist, bool StartPlaying) = 0;
   virtual AsxInfo ReadAsxFile(const std::string& Path) = 0;

@@ -9,7 +9,7 @@ PlaylistRoom::PlaylistRoom(PlaylistRoomHost& host, const Parts& parts)
       registry_(parts.folder.AppFolder() + "registry.ini"),
       adding_(*this, playlist_, parts.session, parts.dialogs, parts.pump),
       files_(*this, {playlist_, adding_, parts.settings, parts.session, parts.dialogs, parts.pump,
-                     download_, registry_, parts.text, parts.folder.AppFolder()}),
+                     download_, registry_, parts.text, parts.folder.AppFolder(), UserLocale()}),
       navigation_(playlist_, parts.settings, parts.session, parts.dialogs, parts.PlayFromPlaylist,
                   *this),
       resume_side_(host),

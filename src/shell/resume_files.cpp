@@ -7,6 +7,8 @@
 #include "system/name_tests.h"
 #include "system/paths.h"
 #include "system/save_file.h"
+#include "system/shown_text.h"
+#include "system/translation.h"
 #include "system/utf8.h"
 
 #include <algorithm>
@@ -111,16 +113,16 @@ std::string ResumeFiles::AskForName(bool endPos) {
   while (true) {
     FileDialogRequest request;
     // Crossed against their use, as users know them.
-    request.title =
-        endPos ? "Save Kestrelview Resume File (end pos)" : "Set Kestrelview Resume File";
-    request.filter = "Kestrelview Resume File|*.kvr";
+    request.title = Tr(endPos ? TrLater("Save Kestrelview Resume File (end pos)")
+                              : TrLater("Set Kestrelview Resume File"));
+    request.filter = std::string(Tr("Kestrelview Resume File")) + "|*.kvr";
     request.folder = parts_.settings.LastOpenFolder;
     request.file_name = FileNameOfPath(parts_.settings.CurrentFile);
     request.save = true;
     std::string name = parts_.dialogs.ShowFileDialog(request).file_name;
     if (parts_.session.Unloading) return {};
     if (name.empty() || !endPos || FileExists(name)) return name;
-    Exclaim("The specified file does not exist!");
+    Exclaim(Tr("The specified file does not exist!"));
     if (parts_.session.Unloading) return {};
   }
 }
@@ -133,13 +135,13 @@ void ResumeFiles::SaveEnd(const std::string& name, bool clear) {
   const std::string medium = ValueOf(text, "Path", "", kPathBuffer);
   const bool same = parts_.text.Lower(medium) == parts_.text.Lower(parts_.settings.CurrentFile);
   if (!is_resume_file || (!clear && !same)) {
-    Exclaim("Resume File does not contain this media!");
+    Exclaim(Tr("Resume File does not contain this media!"));
     return;
   }
   const double position = parts_.Movie.DS_GetPosition();
   const std::string value = clear ? std::string(kNoEnd) : NumberText(position);
   if (WriteIniString(name, kSection, "ENDPOS", value) == 0) {
-    Exclaim("Error saving \"" + name + "\"");
+    Exclaim(Fill(Tr("Error saving \"%1\""), name));
   } else if (!clear) {
     parts_.session.ResumeEndPosition = position;
   }
@@ -147,9 +149,9 @@ void ResumeFiles::SaveEnd(const std::string& name, bool clear) {
 
 bool ResumeFiles::MayReplace(const std::string& name) {
   if (!FileExists(name)) return true;
-  const BoxAnswer answer =
-      parts_.dialogs.ShowMessageBox({"The file \"" + name + "\" already exist!\n\nOverwrite ?",
-                                     BoxIcon::kExclamation, BoxButtons::kOkCancel, ""});
+  const BoxAnswer answer = parts_.dialogs.ShowMessageBox(
+      {Fill(Tr("The file \"%1\" already exist!\n\nOverwrite ?"), name), BoxIcon::kExclamation,
+       BoxButtons::kOkCancel, ""});
   return answer == BoxAnswer::kOk && !parts_.session.Unloading;
 }
 
@@ -170,7 +172,7 @@ void ResumeFiles::SavePoint(const std::string& name) {
     SetIniValue(text, kSection, key, value);
   }
   if (!can_stand || !ReplaceFile(name, text)) {
-    Exclaim("Error saving \"" + name + "\"");
+    Exclaim(Fill(Tr("Error saving \"%1\""), name));
     return;
   }
   parts_.session.ResumePosition = position;
@@ -182,7 +184,7 @@ void ResumeFiles::SavePoint(const std::string& name) {
 void ResumeFiles::OpenResumeFile(const std::string& path, bool& fromPlaylist,
                                  bool /*StartPlaying*/) {
   if (depth_ >= kDeepest) {
-    Exclaim("Error opening \"" + path + "\"");
+    Exclaim(Fill(Tr("Error opening \"%1\""), ShownName(path)));
     return;
   }
   std::string text;
@@ -190,13 +192,13 @@ void ResumeFiles::OpenResumeFile(const std::string& path, bool& fromPlaylist,
   const std::string medium = ValueOf(text, "path", "", kPathBuffer);
   const bool there = IsUrl(medium) || FileExists(medium);
   if (there && IsResumeFile(medium)) {
-    Exclaim("Error opening \"" + medium + "\"");
+    Exclaim(Fill(Tr("Error opening \"%1\""), ShownName(medium)));
     return;
   }
   parts_.session.ResumePosition = NumberOf(ValueOf(text, "pos", ""));
   parts_.session.ResumeEndPosition = NumberOf(ValueOf(text, "endpos", kNoEnd));
   if (!there) {
-    Exclaim("File \"" + medium + "\" does not exist!");
+    Exclaim(Fill(Tr("File \"%1\" does not exist!"), ShownName(medium)));
     return;
   }
   if (TruthOf(ValueOf(text, "PLFile", "")) && IsInPlaylist(medium)) {

@@ -1,5 +1,6 @@
 #include "shell/screen_room.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QScreen>
 
@@ -94,7 +95,8 @@ void ScreenRoom::ScaleMovie(bool ForcePanel) {
 void ScreenRoom::PrintCurScale() {
   if (IsOn(parts_.settings.FullScreen)) return;
   caption_.SetTempWindowCaption(ScaleText(CurrentScale(PanelAccounted(false)),
-                                          parts_.session.MovieWidth, parts_.session.MovieHeight));
+                                          parts_.session.MovieWidth, parts_.session.MovieHeight,
+                                          parts_.text.DecimalSeparator()));
 }
 
 void ScreenRoom::ScaleWindow(float Factor) {
@@ -252,7 +254,10 @@ FormArea ScreenRoom::AreaOfForm() const {
 }
 
 std::optional<ScreenPoint> ScreenRoom::Pointer() const {
-  if (PointerIsPrivate() && !parts_.form.underMouse()) return std::nullopt;
+  if (const auto over = sight_.Over(parts_.form)) return ScreenPoint{over->x(), over->y()};
+  // Elsewhere the pointer matters only to what hides itself.
+  const bool watched = full_screen_.GetAutoHide() || IsOn(parts_.settings.FullScreen);
+  if (!watched || PointerIsPrivate()) return std::nullopt;
   const QPoint point = parts_.windows.GetMouseScreenPos();
   return ScreenPoint{point.x(), point.y()};
 }
@@ -268,8 +273,16 @@ void ScreenRoom::ShowCursor(bool show) {
   parts_.windows.SetCursorHidden(!show);
 }
 
+void ScreenRoom::SetReducedMotion(bool reduced) {
+  reduced_motion_ = reduced;
+  slide_.SetReducedMotion(reduced);
+  QApplication::setEffectEnabled(Qt::UI_General, effects_ && !reduced);
+}
+
+// A control of the strip that Tab has come to hands every key of the player on to the form.
 void ScreenRoom::TakeFocus() {
-  if (!parts_.form.hasFocus()) parts_.form.setFocus();
+  if (parts_.form.hasFocus() || parts_.view.Panel().HoldsFocus()) return;
+  parts_.form.setFocus();
 }
 
 // --- Tray
@@ -312,6 +325,8 @@ bool ScreenRoom::OnTimer(MainTimer timer) {
       full_screen_.OnToggleFullscreenTimer();
       return true;
     case MainTimer::NormalizeCaption:
+      // A tool that reads the window's name aloud would read every letter that is typed.
+      caption_.SetReducedMotion(reduced_motion_ || QAccessible::isActive());
       caption_.OnNormalizeCaption();
       return true;
     case MainTimer::SetCaptionDelay:
@@ -339,6 +354,7 @@ void ScreenRoom::StopTimers() {
 void ScreenRoom::MousePressed(Qt::MouseButton button) {
   if (button == Qt::LeftButton) pressed_ = TrayIcon::kLeft;
   if (button == Qt::RightButton) pressed_ = TrayIcon::kRight;
+  parts_.form.setFocus();
 }
 
 void ScreenRoom::SetRenderVisible(bool visible) {

@@ -8,12 +8,14 @@
 #include "engine/dshow_control.h"
 #include "shell/main_timers.h"
 #include "shell/main_view.h"
+#include "shell/pointer_sight_qt.h"
 #include "shell/settings_life.h"
 #include "shell/tray_icon.h"
 #include "shell/window_sizing_watch.h"
 #include "state/session.h"
 #include "state/settings.h"
 #include "system/message_pump.h"
+#include "system/text_platform.h"
 #include "system/timers.h"
 #include "system/window_services_qt.h"
 #include "view/full_screen.h"
@@ -23,6 +25,7 @@
 #include "view/window_caption.h"
 #include "view/window_zoom.h"
 
+#include <QApplication>
 #include <QTimer>
 #include <QWidget>
 
@@ -62,6 +65,7 @@ class ScreenRoom : private FullScreenHost,
     TimerSource& time;
     MessagePump& pump;
     WindowServicesQt& windows;
+    const TextPlatform& text;
     std::string BaseCaption;
   };
 
@@ -79,6 +83,8 @@ class ScreenRoom : private FullScreenHost,
   // The window is large enough for effects: width and height together at least 1500 pixels.
   bool MeEffectSize() const;
   WindowCaption& Caption() { return caption_; }
+  // The user wants no animations: caption and strip change at once, menus and tips do not fade.
+  void SetReducedMotion(bool reduced);
 
   // --- Full screen, strip and pointer
 
@@ -164,10 +170,13 @@ class ScreenRoom : private FullScreenHost,
   WindowSizingWatch sizing_;
   WindowZoom zoom_;
   TrayIcon tray_;
+  mutable PointerSight sight_;
   QTimer sizing_quiet_;  // runs out when a drag of the frame has come to rest
   QTimer restore_;       // runs out when the desktop has taken the window out of full screen
   FormPlace normal_place_;
 
+  const bool effects_ = QApplication::isEffectEnabled(Qt::UI_General);  // the desktop's own
+  bool reduced_motion_ = false;
   int panel_height_ = 1;
   bool panel_visible_ = true;
   bool cursor_shown_ = true;

@@ -67,6 +67,11 @@ void SettingsLife::SaveSettings(const std::string& command_line) {
     settings_.WindowWidth = place.width;
   }
   settings_.LastWindowState = static_cast<std::int16_t>(state);
+  SaveAtOnce();
+}
+
+void SettingsLife::SaveAtOnce() {
+  if (!loaded_) return;
   settings_.LastPosition = models_.Scroller1.Value();
   WriteSettings(folder_.AppFolder() + kConfigFile, settings_);
 }

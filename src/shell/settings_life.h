@@ -71,6 +71,9 @@ class SettingsLife {
   // forgotten, no option is.
   void SaveSettings(const std::string& command_line);
 
+  // The same without a look at the window, which may be gone.
+  void SaveAtOnce();
+
   // Applies all settings to the live window.
   void UpdateSettings();
 

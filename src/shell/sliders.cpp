@@ -1,5 +1,7 @@
 #include "shell/sliders.h"
 
+#include "system/translation.h"
+
 #include <cmath>
 #include <cstdlib>
 #include <utility>
@@ -38,7 +40,7 @@ void Sliders::Configure() {
     ScrollerModel& slider = *sliders[i];
     slider.SetMax(design.max);
     slider.SetMin(0);
-    slider.SetCaption(std::string(design.tool_tip));
+    slider.SetCaption(std::string(Tr(design.tool_tip)));
     if (!design.min_caption.empty()) {
       slider.SetMenuCaption(std::string(design.min_caption), std::string(design.mid_caption),
                             std::string(design.max_caption));

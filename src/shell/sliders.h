@@ -14,6 +14,7 @@
 #include "state/session.h"
 #include "state/settings.h"
 #include "system/text_platform.h"
+#include "system/translation.h"
 
 #include <array>
 #include <cstdint>
@@ -42,10 +43,12 @@ struct SliderDesign {
 // first there is none.
 inline constexpr std::array kSliderDesign = {
     SliderDesign{0, "", "", "", ""},
-    SliderDesign{99, "Volume 0.0 to 99. 99 is normal. (Left or Right) or (Mouse wheel)", "0%",
-                 "50%", "100%"},
-    SliderDesign{40, "Speed (0.0 - 4.0) 2.0 is normal.", "Min", "Normal", "Max"},
-    SliderDesign{18, "Balance -9.0 to 9.0. 0.0 is middle!", "Left", "Middle", "Right"},
+    SliderDesign{99, TrLater("Volume 0.0 to 99. 99 is normal. (Left or Right) or (Mouse wheel)"),
+                 TrLater("0%"), TrLater("50%"), TrLater("100%")},
+    SliderDesign{40, TrLater("Speed (0.0 - 4.0) 2.0 is normal."), TrLater("Min"), TrLater("Normal"),
+                 TrLater("Max")},
+    SliderDesign{18, TrLater("Balance -9.0 to 9.0. 0.0 is middle!"), TrLater("Left"),
+                 TrLater("Middle"), TrLater("Right")},
 };
 
 // Which slider a value label belongs to; the number is its index in both arrays of labels.

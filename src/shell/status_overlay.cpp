@@ -1,5 +1,7 @@
 #include "shell/status_overlay.h"
 
+#include "system/translation.h"
+
 namespace kv {
 namespace {
 
@@ -20,11 +22,12 @@ StatusOverlay::StatusOverlay(StatusView& view, clsDShowControl& movie, Dialogs& 
 
 void StatusOverlay::ShowStatus(int Kind) {
   if (Kind == kBuffering) {
-    view_.ShowStatusStrip(StatusPicture::kBuffering, "Buffering, please wait...");
+    view_.ShowStatusStrip(StatusPicture::kBuffering, Tr("Buffering, please wait..."));
     tmrCheckBuffering_.Restart(kCheckMilliseconds);
     tmrCheckBufferingTimeout_.Restart(kTimeoutMilliseconds);
   } else if (Kind == kConnecting) {
-    view_.ShowStatusStrip(StatusPicture::kConnecting, "Connecting to remote media, please wait...");
+    view_.ShowStatusStrip(StatusPicture::kConnecting,
+                          Tr("Connecting to remote media, please wait..."));
   }
   pump_.PumpOnce();
 }
@@ -43,7 +46,7 @@ void StatusOverlay::OnCheckBuffering() {
 
 void StatusOverlay::OnCheckBufferingTimeout() {
   StopWatch();
-  dialogs_.ShowMessageBox({"Buffering timed out!", BoxIcon::kStop, BoxButtons::kOk, ""});
+  dialogs_.ShowMessageBox({Tr("Buffering timed out!"), BoxIcon::kStop, BoxButtons::kOk, ""});
   RemoveStatus();
 }
 

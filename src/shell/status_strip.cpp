@@ -1,5 +1,6 @@
 #include "shell/status_strip.h"
 
+#include "controls/accessible_qt.h"
 #include "controls/svg_face_qt.h"
 
 #include <QPainter>
@@ -25,6 +26,7 @@ void StatusStrip::Show(const QString& picture, const QString& text) {
   raise();
   show();
   update();
+  AnnounceChange(*this, QAccessible::Alert);
 }
 
 void StatusStrip::SetColors(const QColor& back, const QColor& text) {

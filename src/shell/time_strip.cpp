@@ -33,6 +33,12 @@ void TimeStrip::Print(int x, const QString& text) {
   update();
 }
 
+QString TimeStrip::Text() const {
+  QStringList texts;
+  for (const Line& line : lines_) texts.push_back(line.text.trimmed());
+  return texts.join(QLatin1Char(' '));
+}
+
 // Times change 33 times a second. Their characters stand side by side in any order, so the work of
 // a text layout, which is most of what printing costs, can be left out.
 QGlyphRun TimeStrip::Glyphs(const QString& text) const {

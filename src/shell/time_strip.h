@@ -22,6 +22,8 @@ class TimeStrip : public QWidget {
   void Cls();
   // Prints `text` from `x` on (device-independent pixels), centred in the height.
   void Print(int x, const QString& text);
+  // All that is printed, from left to right.
+  QString Text() const;
   void SetColors(const QColor& back, const QColor& text);
 
  protected:

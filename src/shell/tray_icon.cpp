@@ -22,7 +22,9 @@ bool TrayIcon::Visible() const {
 }
 
 void TrayIcon::SetTip(const std::string& text) {
-  icon_.setToolTip(QString::fromStdString(text));
+  // Notification areas differ in what they take for markup, so nothing may look like it.
+  QString tip = QString::fromStdString(text);
+  icon_.setToolTip(tip.replace(QLatin1Char('<'), QChar(0x2039)));
 }
 
 }  // namespace kv

@@ -7,6 +7,7 @@
 #include "system/paths.h"
 #include "system/shown_text.h"
 #include "system/text_format.h"
+#include "system/translation.h"
 
 #include <cstddef>
 #include <string_view>
@@ -47,7 +48,7 @@ std::string UrlEntry::Accept(const std::string& text) {
   const std::string_view trimmed = TrimBlanks(text);
   if (trimmed.empty()) return {};
   if (!IsPlayableName(trimmed, session_.SupportedExtensions)) {
-    dialogs_.ShowMessageBox({"Unsupported format! You must type a path to a SUPPORTED file!",
+    dialogs_.ShowMessageBox({Tr("Unsupported format! You must type a path to a SUPPORTED file!"),
                              BoxIcon::kExclamation, BoxButtons::kOk, ""});
     return {};
   }

@@ -1,5 +1,6 @@
 #include "shell/visual_room.h"
 
+#include "system/translation_qt.h"
 #include "visual/audio_capture_pulse.h"
 #include "visual/plugin_folders.h"
 
@@ -19,7 +20,7 @@ VisualRoom::VisualRoom(VisualRoomHost& host, const Parts& parts)
       hosting_(*this, {catalogue_, main_meter_, parts.settings, state_, parts.pump, parts.time}),
       colors_(parts.form.palette()) {
   VuMeter1_->setObjectName(QStringLiteral("VuMeter1"));
-  VuMeter1_->setAccessibleName(QObject::tr("Level meter"));
+  VuMeter1_->setAccessibleName(QTr("Level meter"));
   VuMeter1_->hide();
   VuMeter1_->Meter().Frame = [this](std::vector<std::uint8_t>& Samples, std::int32_t& Count,
                                     std::int32_t /*Level*/, bool& Cancel) {

@@ -1,6 +1,7 @@
 #include "state/color_editor.h"
 
 #include "system/ascii_text.h"
+#include "system/translation.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -50,53 +51,53 @@ void ColorEditor::Refuse(const std::string& text) {
 }
 
 bool ColorEditor::Failed(const SchemeError& error) {
-  if (error) Refuse(error.text + "\nCode:" + std::to_string(error.code));
+  if (error) Refuse(Fill(Tr("%1\nCode:%2"), error.text, std::to_string(error.code)));
   return static_cast<bool>(error);
 }
 
 bool ColorEditor::CurrentExists() {
   if (schemes_.Exists(schemes_.Current())) return true;
-  Refuse("Error, file don't exist!");
+  Refuse(Tr("Error, file don't exist!"));
   return false;
 }
 
 std::string ColorEditor::AskName(const std::string& title, const std::string& text) {
-  const std::optional<std::string> answer = host_.InputBox("Name:", title, text);
+  const std::optional<std::string> answer = host_.InputBox(Tr("Name:"), title, text);
   if (!answer) return {};
   std::string name(TrimBlanks(*answer));
   if (name.find_first_of(kSchemeForbidden) != std::string::npos) {
-    Refuse("ERROR! The sceme name cannot contain these characters:\n" +
-           std::string(kSchemeForbidden));
+    Refuse(
+        Fill(Tr("ERROR! The sceme name cannot contain these characters:\n%1"), kSchemeForbidden));
     return {};
   }
   if (schemes_.Exists(name)) {
-    Refuse("ERROR! A sceme with that name already exists!");
+    Refuse(Tr("ERROR! A sceme with that name already exists!"));
     return {};
   }
   return name;
 }
 
 void ColorEditor::NewScheme() {
-  const std::string name = AskName("New color sceme:", "");
+  const std::string name = AskName(Tr("New color sceme:"), "");
   if (name.empty() || !CurrentExists() || Failed(schemes_.Copy(name))) return;
   Show(name);
 }
 
 void ColorEditor::RenameScheme() {
-  if (IsDefault()) return Refuse("You can't rename the Default sceme!");
+  if (IsDefault()) return Refuse(Tr("You can't rename the Default sceme!"));
   if (!CurrentExists()) return;
-  const std::string name = AskName("Rename", schemes_.Current());
+  const std::string name = AskName(Tr("Rename"), schemes_.Current());
   // The question pumps; what was there can be gone.
   if (name.empty() || !CurrentExists() || Failed(schemes_.Rename(name))) return;
   Show(name);
 }
 
 void ColorEditor::DeleteScheme() {
-  if (IsDefault()) return Refuse("You can't delete the Default sceme!");
+  if (IsDefault()) return Refuse(Tr("You can't delete the Default sceme!"));
   if (!CurrentExists()) return;
   const std::string name = schemes_.Current();
   const BoxAnswer answer = dialogs_.ShowMessageBox(
-      {"Delete \"" + name + "\" ?", BoxIcon::kQuestion, BoxButtons::kYesNo, {}});
+      {Fill(Tr("Delete \"%1\" ?"), name), BoxIcon::kQuestion, BoxButtons::kYesNo, {}});
   if (answer != BoxAnswer::kYes || schemes_.Current() != name || !CurrentExists()) return;
   if (Failed(schemes_.Delete())) return;
   // One that came with the program is there again, as it came.

@@ -4,6 +4,7 @@
 #include "system/ascii_text.h"
 #include "system/files.h"
 #include "system/paths.h"
+#include "system/translation.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -118,7 +119,8 @@ SchemeError ColorSchemes::Rename(const std::string& new_name) const {
   if (!Exists(Current())) return Error(ENOENT);
   const std::string file = OwnFileOf(Current());
   if (!FileExists(file)) {
-    return {EROFS, "This scheme belongs to Kestrelview and can't be renamed. New makes a copy."};
+    return {EROFS,
+            Tr("This scheme belongs to Kestrelview and can't be renamed. New makes a copy.")};
   }
   if (Exists(new_name)) return Error(EEXIST);
   errno = 0;
@@ -129,7 +131,7 @@ SchemeError ColorSchemes::Delete() const {
   if (!Exists(Current())) return Error(ENOENT);
   const std::string file = OwnFileOf(Current());
   if (!FileExists(file)) {
-    return {EROFS, "This scheme belongs to Kestrelview and can't be deleted."};
+    return {EROFS, Tr("This scheme belongs to Kestrelview and can't be deleted.")};
   }
   return unlink(file.c_str()) == 0 ? SchemeError{} : LastError();
 }

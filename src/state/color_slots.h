@@ -3,6 +3,8 @@
 // One table for everything that shows, stores or edits colours. A colour is 0x00BBGGRR.
 #pragma once
 
+#include "system/translation.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -50,34 +52,46 @@ struct ColorSlotRow {
 
 // In the order of that list.
 inline constexpr std::array<ColorSlotRow, 28> kColorSlotRows{{
-    {"Button background", ColorSlot::kButtonBack, "Buttons of all windows"},
-    {"General background", ColorSlot::kGeneralBack, "Control panel, dialogs and toolbars"},
-    {"General text", ColorSlot::kGeneralText, "Texts and button faces on these"},
-    {"Separator line1", ColorSlot::kSeparator1, "Upper or left line of a groove"},
-    {"Separator line2", ColorSlot::kSeparator2, "Lower or right line of a groove"},
-    {"Scroller background", ColorSlot::kScrollerBack, "Ground of the sliders"},
-    {"Scroller line", ColorSlot::kScrollerLine, "The line along which a knob moves"},
-    {"Scroller A > B line", ColorSlot::kScrollerRange, "The stretch that is repeated"},
-    {"Playlist background", ColorSlot::kPlaylistBack, "Rows of the playlist; lists and boxes"},
-    {"Playlist foreground", ColorSlot::kPlaylistText, "Texts in these"},
-    {"Playlist playing number", ColorSlot::kPlaylistPlaying, "The row that plays"},
-    {"Menu background", ColorSlot::kMenuBack, "The menu, its frame and side bar"},
-    {"Menu text", ColorSlot::kMenuText, "Captions of the menu"},
-    {"Menu separator", ColorSlot::kMenuSeparator, "Lines between groups of the menu"},
-    {"Menu highlight background", ColorSlot::kMenuHighlight, "The entry under the pointer"},
-    {"Menu highlight border", ColorSlot::kMenuHighlightBorder, "Its frame; what has the focus"},
-    {"Menu highlight text", ColorSlot::kMenuHighlightText, "Its caption"},
-    {"Display background", ColorSlot::kDisplayBack, "Title, time and data"},
-    {"Display text", ColorSlot::kDisplayText, "Texts in the display"},
-    {"Display flashlabel foreground", ColorSlot::kFlashText, "A label of the display that flashes"},
-    {"Display flashlabel flash-color", ColorSlot::kFlashOn, "The same at its brightest"},
-    {"Display playlist number", ColorSlot::kDisplayNumber, "Number of the entry that plays"},
-    {"VuMeter Background", ColorSlot::kMeterBack, "Ground of the level meter"},
-    {"VuMeter Foreground", ColorSlot::kMeterText, "Bars, scale and needle"},
-    {"VuMeter Peak", ColorSlot::kMeterPeak, "Its loudest part"},
-    {"Graph Background", ColorSlot::kGraphBack, "Ground of the CPU graph"},
-    {"Graph Brush", ColorSlot::kGraphTrace, "Its trace"},
-    {"Graph Grid", ColorSlot::kGraphGrid, "Its grid"},
+    {TrLater("Button background"), ColorSlot::kButtonBack, TrLater("Buttons of all windows")},
+    {TrLater("General background"), ColorSlot::kGeneralBack,
+     TrLater("Control panel, dialogs and toolbars")},
+    {TrLater("General text"), ColorSlot::kGeneralText, TrLater("Texts and button faces on these")},
+    {TrLater("Separator line1"), ColorSlot::kSeparator1, TrLater("Upper or left line of a groove")},
+    {TrLater("Separator line2"), ColorSlot::kSeparator2,
+     TrLater("Lower or right line of a groove")},
+    {TrLater("Scroller background"), ColorSlot::kScrollerBack, TrLater("Ground of the sliders")},
+    {TrLater("Scroller line"), ColorSlot::kScrollerLine,
+     TrLater("The line along which a knob moves")},
+    {TrLater("Scroller A > B line"), ColorSlot::kScrollerRange,
+     TrLater("The stretch that is repeated")},
+    {TrLater("Playlist background"), ColorSlot::kPlaylistBack,
+     TrLater("Rows of the playlist; lists and boxes")},
+    {TrLater("Playlist foreground"), ColorSlot::kPlaylistText, TrLater("Texts in these")},
+    {TrLater("Playlist playing number"), ColorSlot::kPlaylistPlaying,
+     TrLater("The row that plays")},
+    {TrLater("Menu background"), ColorSlot::kMenuBack, TrLater("The menu, its frame and side bar")},
+    {TrLater("Menu text"), ColorSlot::kMenuText, TrLater("Captions of the menu")},
+    {TrLater("Menu separator"), ColorSlot::kMenuSeparator,
+     TrLater("Lines between groups of the menu")},
+    {TrLater("Menu highlight background"), ColorSlot::kMenuHighlight,
+     TrLater("The entry under the pointer")},
+    {TrLater("Menu highlight border"), ColorSlot::kMenuHighlightBorder,
+     TrLater("Its frame; what has the focus")},
+    {TrLater("Menu highlight text"), ColorSlot::kMenuHighlightText, TrLater("Its caption")},
+    {TrLater("Display background"), ColorSlot::kDisplayBack, TrLater("Title, time and data")},
+    {TrLater("Display text"), ColorSlot::kDisplayText, TrLater("Texts in the display")},
+    {TrLater("Display flashlabel foreground"), ColorSlot::kFlashText,
+     TrLater("A label of the display that flashes")},
+    {TrLater("Display flashlabel flash-color"), ColorSlot::kFlashOn,
+     TrLater("The same at its brightest")},
+    {TrLater("Display playlist number"), ColorSlot::kDisplayNumber,
+     TrLater("Number of the entry that plays")},
+    {TrLater("VuMeter Background"), ColorSlot::kMeterBack, TrLater("Ground of the level meter")},
+    {TrLater("VuMeter Foreground"), ColorSlot::kMeterText, TrLater("Bars, scale and needle")},
+    {TrLater("VuMeter Peak"), ColorSlot::kMeterPeak, TrLater("Its loudest part")},
+    {TrLater("Graph Background"), ColorSlot::kGraphBack, TrLater("Ground of the CPU graph")},
+    {TrLater("Graph Brush"), ColorSlot::kGraphTrace, TrLater("Its trace")},
+    {TrLater("Graph Grid"), ColorSlot::kGraphGrid, TrLater("Its grid")},
 }};
 
 // `table` is any array of all slots.

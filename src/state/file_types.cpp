@@ -8,6 +8,7 @@
 #include "system/paths.h"
 #include "system/save_file.h"
 #include "system/special_folders.h"
+#include "system/translation.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -123,7 +124,7 @@ FileTypeList FileTypes::Lines(std::string_view patterns) const {
     FileTypeLine* line = LineOf(list.lines, types.front());
     if (line == nullptr) {
       std::string comment = mime_.Comment(types.front());
-      if (comment.empty() && extension == kResumeExtension) comment = "Kestrelview resume file";
+      if (comment.empty() && extension == kResumeExtension) comment = Tr("Kestrelview resume file");
       line = &list.lines.emplace_back(FileTypeLine{{types.front()}, {}, std::move(comment)});
     }
     line->extensions.push_back(extension);

@@ -1,5 +1,7 @@
 #include "state/frm_capture.h"
 
+#include "system/translation_qt.h"
+
 #include <QCloseEvent>
 #include <QColor>
 #include <QCursor>
@@ -29,7 +31,7 @@ frmCapture::frmCapture(QImage desktop, const QRect& area,
       desktop_(std::move(desktop)),
       done_(std::move(done)) {
   setObjectName(QStringLiteral("frmCapture"));
-  setWindowTitle(QStringLiteral("Color capture - Kestrelview"));
+  setWindowTitle(QTr("Color capture - Kestrelview"));
   setAttribute(Qt::WA_DeleteOnClose);
   setAttribute(Qt::WA_OpaquePaintEvent);
   setWindowModality(Qt::ApplicationModal);

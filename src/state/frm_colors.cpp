@@ -2,6 +2,7 @@
 
 #include "controls/color_qt.h"
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -72,14 +73,14 @@ frmColors::frmColors(ColorSchemes& schemes, ColorTable& colors, WindowServicesQt
       MENU_(*this, {}, this),
       Combo1_(new QComboBox(this)),
       ColorList_(new QTreeWidget(this)),
-      Command1_(new QPushButton(QStringLiteral("&New..."), this)),
-      Command2_(new QPushButton(QStringLiteral("&Rename..."), this)),
-      Command3_(new QPushButton(QStringLiteral("&Delete"), this)),
-      Command4_(new QPushButton(QStringLiteral("&Close"), this)),
-      change_(new QPushButton(QStringLiteral("Change c&olor(s)..."), this)),
-      capture_(new QPushButton(QStringLiteral("Ca&pture color..."), this)) {
+      Command1_(new QPushButton(QTr("&New..."), this)),
+      Command2_(new QPushButton(QTr("&Rename..."), this)),
+      Command3_(new QPushButton(QTr("&Delete"), this)),
+      Command4_(new QPushButton(QTr("&Close"), this)),
+      change_(new QPushButton(QTr("Change c&olor(s)..."), this)),
+      capture_(new QPushButton(QTr("Ca&pture color..."), this)) {
   setObjectName(QStringLiteral("frmColors"));
-  setWindowTitle(QStringLiteral("ColorChanger - Kestrelview"));
+  setWindowTitle(QTr("ColorChanger - Kestrelview"));
   LayOut();
   BuildMenu();
   FillColorList();
@@ -118,7 +119,7 @@ void frmColors::LayOut() {
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   rows->setSpacing(kSpacing);
-  auto* const scheme = new QLabel(QStringLiteral("Color &scheme:"), this);
+  auto* const scheme = new QLabel(QTr("Color &scheme:"), this);
   scheme->setBuddy(Combo1_);
   rows->addWidget(scheme);
   auto* const head = new QHBoxLayout;
@@ -130,10 +131,10 @@ void frmColors::LayOut() {
   rows->addLayout(head);
   rows->addSpacing(kSpacing);
 
-  auto* const list = new QLabel(QStringLiteral("Co&lors:"), this);
+  auto* const list = new QLabel(QTr("Co&lors:"), this);
   list->setBuddy(ColorList_);
   rows->addWidget(list);
-  ColorList_->setAccessibleName(QStringLiteral("Colors"));
+  ColorList_->setAccessibleName(QTr("Colors"));
   ColorList_->setColumnCount(2);
   ColorList_->setHeaderHidden(true);
   ColorList_->setRootIsDecorated(false);
@@ -158,8 +159,8 @@ void frmColors::LayOut() {
 void frmColors::FillColorList() {
   for (const ColorSlotRow& row : kColorSlotRows) {
     auto* const item = new QTreeWidgetItem(ColorList_);
-    item->setText(0, ToQString(row.label));
-    item->setToolTip(0, ToQString(row.colors));
+    item->setText(0, QTr(row.label));
+    item->setToolTip(0, QTr(row.colors));
     item->setData(0, kSlotRole, static_cast<int>(row.slot));
   }
 }
@@ -203,7 +204,7 @@ void frmColors::FillCombo1() {
   names_ = schemes_.Names();
   Combo1_->clear();
   for (const std::string& name : names_) {
-    Combo1_->addItem(name == kDefaultScheme ? QStringLiteral("Default") : ToQString(name));
+    Combo1_->addItem(name == kDefaultScheme ? QTr("Default") : ToQString(name));
   }
   const auto current = std::find(names_.begin(), names_.end(), schemes_.Current());
   Combo1_->setCurrentIndex(current == names_.end() ? -1
@@ -249,12 +250,11 @@ void frmColors::CaptureColor() {
       },
       [this] {
         Ask([this] {
-          dialogs_.ShowMessageBox(
-              {"This desktop does not let a program read the colors of the "
-               "screen, and offers no color picker of its own.",
-               BoxIcon::kInformation,
-               BoxButtons::kOk,
-               {}});
+          dialogs_.ShowMessageBox({Tr("This desktop does not let a program read the colors of the "
+                                      "screen, and offers no color picker of its own."),
+                                   BoxIcon::kInformation,
+                                   BoxButtons::kOk,
+                                   {}});
         });
       });
 }
@@ -270,12 +270,13 @@ std::vector<SmartMenuItem> frmColors::MenuItems() const {
     SmartMenuItem result;
     result.id = id;
     result.parent = id == kColoeMenu ? 0 : kColoeMenu;
-    result.caption = QLatin1String(caption);
+    result.caption = QTr(caption);
     if (id == kSeparator) result.type = SmartMenuItem::Type::kSeparator;
     return result;
   };
-  return {item(kColoeMenu, "ColoeMenu"), item(kChangeColors, "Change color(s)"),
-          item(kSeparator, ""), item(kCaptureColor, "Color capture for selected color(s)")};
+  return {item(kColoeMenu, TrLater("ColoeMenu")), item(kChangeColors, TrLater("Change color(s)")),
+          item(kSeparator, ""),
+          item(kCaptureColor, TrLater("Color capture for selected color(s)"))};
 }
 
 void frmColors::ColorList_Menu(QPoint global) {

@@ -5,6 +5,7 @@
 #include "state/color_slots.h"
 #include "state/wrapped_button_qt.h"
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 
 #include <QBoxLayout>
 #include <QComboBox>
@@ -14,6 +15,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTreeWidget>
 
@@ -45,7 +47,7 @@ frmSettings::frmSettings(Settings& settings, FileTypes& types, const std::string
       type_list_(types.Lines(patterns)),
       refresh_icons_(std::move(refresh_icons)) {
   setObjectName(QStringLiteral("frmSettings"));
-  setWindowTitle(QStringLiteral("Options - Kestrelview"));
+  setWindowTitle(QTr("Options - Kestrelview"));
   setModal(true);
 
   BuildPages();
@@ -75,7 +77,7 @@ void frmSettings::BuildPages() {
     std::string_view group;
     for (const OptionRow& row : OptionRows()) {
       if (row.page != page.page) continue;
-      if (row.group != group) AddHeading(layout, row.group);
+      if (row.group != group) AddHeading(layout, Tr(row.group));
       group = row.group;
       bound_.push_back({&row, AddControl(layout, row)});
       AddNotes(layout, row);
@@ -90,19 +92,19 @@ void frmSettings::BuildPages() {
   auto* const foot = new QHBoxLayout;
   foot->setContentsMargins(kMargin, 0, kMargin, 0);
   const auto button = [this, foot](const char* name, const char* caption) {
-    auto* const result = new QPushButton(QLatin1String(caption), this);
+    auto* const result = new QPushButton(QTr(caption), this);
     result->setObjectName(QLatin1String(name));
     result->setAutoDefault(false);
     foot->addWidget(result);
     return result;
   };
-  connect(button("Command3", "Color setup..."), &QPushButton::clicked, this,
+  connect(button("Command3", TrLater("Color setup...")), &QPushButton::clicked, this,
           &frmSettings::Command3_Click);
   foot->addStretch(1);
-  QPushButton* const ok = button("Command1", "&OK");
+  QPushButton* const ok = button("Command1", TrLater("&OK"));
   ok->setDefault(true);
   connect(ok, &QPushButton::clicked, this, &frmSettings::Command1_Click);
-  connect(button("Command2", "&Cancel"), &QPushButton::clicked, this, &QDialog::reject);
+  connect(button("Command2", TrLater("&Cancel")), &QPushButton::clicked, this, &QDialog::reject);
   whole->addLayout(foot);
   tabs->tabBar()->setFocus();
 }
@@ -121,7 +123,7 @@ QBoxLayout* frmSettings::AddPage(QTabWidget& tabs, const OptionPageRow& page) {
   layout->setContentsMargins(kMargin, kMargin, kMargin, 0);
   layout->setSpacing(kSpacing);
   area->setWidget(content);
-  tabs.addTab(area, ToQString(page.title));
+  tabs.addTab(area, QTr(page.title));
   pages_.push_back(content);
   return layout;
 }
@@ -141,10 +143,10 @@ QWidget* frmSettings::AddControl(QBoxLayout& page, const OptionRow& row) {
   switch (row.kind) {
     case OptionKind::kCheck:
     case OptionKind::kOffCheck:
-      widget = new Wrapped<QCheckBox>(ToQString(row.caption), parent);
+      widget = new Wrapped<QCheckBox>(QTr(row.caption), parent);
       break;
     case OptionKind::kChoice:
-      widget = new Wrapped<QRadioButton>(ToQString(row.caption), parent);
+      widget = new Wrapped<QRadioButton>(QTr(row.caption), parent);
       break;
     case OptionKind::kIndexList:
     case OptionKind::kValueList:
@@ -168,9 +170,9 @@ QWidget* frmSettings::AddList(QBoxLayout& page, const OptionRow& row) {
   auto* const box = new QComboBox(page.parentWidget());
   box->setObjectName(ToQString(row.control));
   for (const int value : row.values) {
-    box->addItem(QString::number(value) + ToQString(row.unit));
+    box->addItem(row.unit.empty() ? QString::number(value) : QTr(row.unit).arg(value));
   }
-  auto* const label = new QLabel(ToQString(row.caption), page.parentWidget());
+  auto* const label = new QLabel(QTr(row.caption), page.parentWidget());
   label->setBuddy(box);
   box->setAccessibleName(label->text());
   // Lists below each other stand in one column.
@@ -191,7 +193,7 @@ QWidget* frmSettings::AddList(QBoxLayout& page, const OptionRow& row) {
 }
 
 QWidget* frmSettings::AddSlider(QBoxLayout& page, const OptionRow& row) {
-  QLabel* const label = Text(ToQString(row.caption), page.parentWidget());
+  QLabel* const label = Text(QTr(row.caption), page.parentWidget());
   label->setContentsMargins(3, kSpacing, 0, 0);
   page.addWidget(label);
   auto* const line = new QHBoxLayout;
@@ -200,6 +202,7 @@ QWidget* frmSettings::AddSlider(QBoxLayout& page, const OptionRow& row) {
   Scroller1_->setObjectName(ToQString(row.control));
   Scroller1_->setAccessibleName(label->text());
   Scroller1_->setFocusPolicy(Qt::StrongFocus);
+  Scroller1_->arrow_keys = true;
   Scroller1_->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
   Scroller1_->Model().SetMax(kRefreshTop);
   Label2_ = new QLabel(page.parentWidget());
@@ -222,20 +225,19 @@ void frmSettings::AddNote(QBoxLayout& page, const QString& text) {
 // What is told below a control.
 void frmSettings::AddNotes(QBoxLayout& page, const OptionRow& row) {
   if (row.control == "ShowMode(0)") {
-    AddNote(page, QStringLiteral("* The player then has no icon in the tray."));
+    AddNote(page, QTr("* The player then has no icon in the tray."));
   } else if (row.control == "Combo1") {
-    AddNote(page, QStringLiteral("Default is: 64/16/11025"));
-    AddNote(page,
-            QStringLiteral("The higher samplerate the higher detail, but higher detail also uses "
-                           "more cpu resources! an okay resolution is 8000, for instrument "
-                           "measurement 44100 should be selected."));
+    AddNote(page, QTr("Default is: 64/16/11025"));
+    AddNote(page, QTr("The higher samplerate the higher detail, but higher detail also uses "
+                      "more cpu resources! an okay resolution is 8000, for instrument "
+                      "measurement 44100 should be selected."));
   }
 }
 
 void frmSettings::AddFileTypes(QBoxLayout& page) {
   QWidget* const parent = page.parentWidget();
   QLabel* const label =
-      Text(QStringLiteral("Select which file types to associate with Kestrel View."), parent);
+      Text(QTr("Select which file types to associate with Kestrel View."), parent);
   page.addWidget(label);
   List1_ = new QTreeWidget(parent);
   List1_->setObjectName(QStringLiteral("List1"));
@@ -274,14 +276,14 @@ void frmSettings::AddFileTypes(QBoxLayout& page) {
 
   auto* const line = new QHBoxLayout;
   const auto button = [this, parent, line](const char* name, const char* caption, bool selects) {
-    auto* const result = new QPushButton(QLatin1String(caption), parent);
+    auto* const result = new QPushButton(QTr(caption), parent);
     result->setObjectName(QLatin1String(name));
     result->setAutoDefault(false);
     connect(result, &QPushButton::clicked, this, [this, selects] { SelectTypes(selects); });
     line->addWidget(result);
   };
-  button("Command5", "Select all", true);
-  button("Command6", "Select none", false);
+  button("Command5", TrLater("Select all"), true);
+  button("Command6", TrLater("Select none"), false);
   line->addStretch(1);
   page.addLayout(line);
   if (type_list_.unknown.empty()) return;
@@ -289,7 +291,7 @@ void frmSettings::AddFileTypes(QBoxLayout& page) {
   for (const std::string& extension : type_list_.unknown) {
     names += (names.isEmpty() ? QString() : QStringLiteral(", ")) + ToQString(extension);
   }
-  AddNote(page, QStringLiteral("Played, but no type of their own on this system: ") + names);
+  AddNote(page, QTr("Played, but no type of their own on this system: %1").arg(names));
 }
 
 // A control that means nothing without another one follows it.
@@ -332,8 +334,11 @@ void frmSettings::SetColors(const ColorTable& colors) {
 void frmSettings::Size() {
   const QSize room = screen()->availableSize() * 9 / 10;
   ensurePolished();
-  const int width =
-      std::min(std::max(sizeHint().width(), fontMetrics().averageCharWidth() * 74), room.width());
+  // Wide enough for the tabs too, which in some languages are longer than any text below them.
+  const QTabBar* const bar = findChild<QTabBar*>();
+  const int wanted = std::max(
+      {sizeHint().width(), fontMetrics().averageCharWidth() * 74, bar->sizeHint().width()});
+  const int width = std::min(wanted, room.width());
   int height = 0;
   for (QWidget* const page : pages_) {
     const int inside = width - 2;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -98,11 +99,17 @@ bool RemoveFirstProgram(std::string& text, std::string_view type, std::string_vi
   const auto begin = static_cast<std::size_t>(first.data() - text.data());
   std::string_view rest = std::string_view(text).substr(begin + first.size());
   rest = rest.substr(0, found.value.end - begin - first.size());
+  const std::size_t taken = first.size() + rest.find(';') + 1;
   if (FirstProgram(rest).empty()) {
-    text.erase(found.line->begin, found.line->end - found.line->begin);
-  } else {
-    text.erase(begin, first.size() + rest.find(';') + 1);
+    std::string without = text;
+    without.erase(found.line->begin, found.line->end - found.line->begin);
+    // An earlier line of the type must not come into force.
+    if (!Find(without, type).line) {
+      text = std::move(without);
+      return true;
+    }
   }
+  text.erase(begin, taken);
   return true;
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "state/settings.h"
+#include "system/translation.h"
 
 #include <array>
 #include <cstdint>
@@ -39,12 +40,12 @@ struct OptionPageRow {
 };
 
 inline constexpr std::array<OptionPageRow, 6> kOptionPages{{
-    {OptionPage::kPlayback, "Play&back"},
-    {OptionPage::kPicture, "&Picture"},
-    {OptionPage::kWindow, "&Window"},
-    {OptionPage::kPlaylist, "P&laylist"},
-    {OptionPage::kMeter, "Level &meter"},
-    {OptionPage::kFileTypes, "&File types"},
+    {OptionPage::kPlayback, TrLater("Play&back")},
+    {OptionPage::kPicture, TrLater("&Picture")},
+    {OptionPage::kWindow, TrLater("&Window")},
+    {OptionPage::kPlaylist, TrLater("P&laylist")},
+    {OptionPage::kMeter, TrLater("Level &meter")},
+    {OptionPage::kFileTypes, TrLater("&File types")},
 }};
 
 struct OptionRow {
@@ -55,7 +56,7 @@ struct OptionRow {
   std::string_view caption;
   std::string_view field;
   int value = 0;                     // kChoice
-  std::span<const int> values = {};  // the two kinds of lists; shown with `unit`
+  std::span<const int> values = {};  // the two kinds of lists; shown in `unit`
   std::string_view unit = {};
   bool first_if_none = false;        // a list without the field's value shows its first line
   std::string_view depends_on = {};  // control that must be on for this one to mean anything

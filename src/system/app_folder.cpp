@@ -12,6 +12,9 @@
 #ifndef KV_DATA_FOLDER
 #define KV_DATA_FOLDER ""
 #endif
+#ifndef KV_LOCALE_FOLDER
+#define KV_LOCALE_FOLDER ""
+#endif
 
 namespace kv {
 namespace {
@@ -46,17 +49,23 @@ std::string ChooseAppFolder(const AppFolderSources& sources) {
 AppFolderSources AppFolderSources::OfThisProcess() {
   std::error_code error;
   const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
-  return {Environment("KESTRELVIEW_HOME"), Environment("XDG_DATA_HOME"), HomeFolder(),
-          error ? std::string() : executable.native(), KV_DATA_FOLDER};
+  return {Environment("KESTRELVIEW_HOME"),
+          Environment("XDG_DATA_HOME"),
+          HomeFolder(),
+          error ? std::string() : executable.native(),
+          KV_DATA_FOLDER,
+          KV_LOCALE_FOLDER};
 }
 
 ProgramFolder::ProgramFolder(const AppFolderSources& sources)
-    : app_folder_(ChooseAppFolder(sources)) {
+    : app_folder_(ChooseAppFolder(sources)), locale_folder_(sources.locale_folder) {
   CreateFolders(app_folder_);
   data_folders_.push_back(app_folder_);
   if (IsNativePath(sources.executable_path)) {
     const std::filesystem::path beside = FolderOfPath(sources.executable_path);
     data_folders_.push_back((beside / "../share/kestrelview/").lexically_normal().native());
+    const std::string installed = (beside / "../share/locale").lexically_normal().native();
+    if (FolderExists(installed)) locale_folder_ = installed;
   }
   if (!sources.data_folder.empty()) data_folders_.push_back(WithSlash(sources.data_folder));
 }

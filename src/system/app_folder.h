@@ -14,11 +14,12 @@ namespace kv {
 
 // What the choice depends on. Empty means unset.
 struct AppFolderSources {
-  std::string kestrelview_home;  // $KESTRELVIEW_HOME
-  std::string xdg_data_home;     // $XDG_DATA_HOME; counts only when absolute
-  std::string user_home;         // the user's home folder
-  std::string executable_path;   // absolute
-  std::string data_folder;       // fixed when the program was built
+  std::string kestrelview_home;    // $KESTRELVIEW_HOME
+  std::string xdg_data_home;       // $XDG_DATA_HOME; counts only when absolute
+  std::string user_home;           // the user's home folder
+  std::string executable_path;     // absolute
+  std::string data_folder;         // fixed when the program was built
+  std::string locale_folder = {};  // the same
 
   // From the environment and the running executable.
   static AppFolderSources OfThisProcess();
@@ -37,6 +38,10 @@ class ProgramFolder {
   // program folder, "../share/kestrelview/" beside the executable, the folder fixed at build time.
   const std::vector<std::string>& DataFolders() const { return data_folders_; }
 
+  // The folder of the texts' catalogues, see BindTranslations(): "../share/locale" beside the
+  // executable where there is such a folder, else the one fixed at build time.
+  const std::string& LocaleFolder() const { return locale_folder_; }
+
   // The whole path of a file or folder of the program's data, for reading: `name` is relative
   // ("icons/play.ico"). Where no folder has it the answer lies in AppFolder().
   std::string DataFile(std::string_view name) const;
@@ -44,6 +49,7 @@ class ProgramFolder {
  private:
   std::string app_folder_;
   std::vector<std::string> data_folders_;
+  std::string locale_folder_;
 };
 
 }  // namespace kv

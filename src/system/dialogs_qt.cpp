@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -63,11 +64,11 @@ QString AnyCase(const QString& pattern) {
   return result;
 }
 
-// "label|patterns|label|patterns" as the toolkit's list of "label (pattern pattern)". A save dialog
-// keeps the patterns plain, since some desktops take the extension of a new file from them.
-QStringList NameFilters(const QString& filter, bool any_case) {
+// "label|patterns|label|patterns" taken apart. A save dialog keeps the patterns plain, since some
+// desktops take the extension of a new file from them.
+QList<PortalFileGroup> GroupsOf(const QString& filter, bool any_case) {
   const QStringList parts = filter.split(QLatin1Char('|'));
-  QStringList result;
+  QList<PortalFileGroup> result;
   for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
     QStringList patterns;
     for (const QString& pattern : parts[i + 1].split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
@@ -75,11 +76,35 @@ QStringList NameFilters(const QString& filter, bool any_case) {
     }
     // "*.*" means every file, with a dot in its name or without.
     patterns.replaceInStrings(QStringLiteral("*.*"), QStringLiteral("*"));
-    if (!patterns.isEmpty()) {
-      result +=
-          parts[i] + QStringLiteral(" (") + patterns.join(QLatin1Char(' ')) + QLatin1Char(')');
-    }
+    if (!patterns.isEmpty()) result.append({parts[i], patterns});
   }
+  return result;
+}
+
+// As the toolkit's list of "label (pattern pattern)".
+QStringList NameFilters(const QList<PortalFileGroup>& groups) {
+  QStringList result;
+  for (const PortalFileGroup& group : groups) {
+    result += group.label + QStringLiteral(" (") + group.patterns.join(QLatin1Char(' ')) +
+              QLatin1Char(')');
+  }
+  return result;
+}
+
+// Where in `groups` the one is that was shown last, or else 0. Some dialogs tell the whole group
+// back and some its label alone.
+qsizetype LastGroup(const QStringList& groups, const QString& last) {
+  for (qsizetype i = 0; i < groups.size() && !last.isEmpty(); ++i) {
+    if (groups[i] == last || groups[i].startsWith(last + QStringLiteral(" ("))) return i;
+  }
+  return 0;
+}
+
+FileDialogResult ResultOf(std::string path) {
+  FileDialogResult result;
+  result.accepted = !path.empty();
+  result.title = path.substr(path.rfind('/') + 1);
+  result.file_name = std::move(path);
   return result;
 }
 
@@ -159,34 +184,39 @@ BoxAnswer DialogsQt::ShowMessageBox(const MessageBoxRequest& request) {
       set.buttons.testFlag(static_cast<QMessageBox::StandardButton>(button)) ? button : set.escape);
 }
 
+PortalFileAnswer DialogsQt::AskPortal(const PortalFileQuestion& question) {
+  return portal_ ? portal_->Ask(question, Owner()) : PortalFileAnswer{};
+}
+
 FileDialogResult DialogsQt::ShowFileDialog(const FileDialogRequest& request) {
   const QString filter = ToQString(request.filter);
+  const QList<PortalFileGroup> parts = GroupsOf(filter, !request.save);
+  const QStringList groups = NameFilters(parts);
+  const qsizetype last = LastGroup(groups, last_group_.value(filter));
+  const PortalFileAnswer answer =
+      AskPortal({request.save ? PortalFileQuestion::Kind::kSave : PortalFileQuestion::Kind::kOpen,
+                 ToQString(request.title), parts, parts.isEmpty() ? QString() : parts[last].label,
+                 request.folder, request.file_name});
+  if (answer.kind != PortalFileAnswer::Kind::kNone) {
+    if (!answer.path.empty()) last_group_.insert(filter, answer.group);
+    return ResultOf(answer.path);
+  }
   const Modal<QFileDialog> dialog(Owner());
   dialog->setWindowTitle(ToQString(request.title));
   dialog->setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog->setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
   dialog->setOption(QFileDialog::DontConfirmOverwrite);
   dialog->setOption(QFileDialog::HideNameFilterDetails);
-  if (const QStringList groups = NameFilters(filter, !request.save); !groups.isEmpty()) {
+  if (!groups.isEmpty()) {
     dialog->setNameFilters(groups);
-    // Some dialogs tell the whole group back and some its label alone; all take the whole.
-    const QString last = last_group_.value(filter);
-    for (const QString& group : groups) {
-      if (group == last || group.startsWith(last + QStringLiteral(" ("))) {
-        dialog->selectNameFilter(group);
-      }
-    }
+    dialog->selectNameFilter(groups[last]);
   }
   if (!request.folder.empty()) dialog->setDirectory(ToName(request.folder));
   if (!request.file_name.empty()) dialog->selectFile(ToName(request.file_name));
 
-  FileDialogResult result;
-  if (!dialog.Accepted() || dialog->selectedFiles().isEmpty()) return result;
+  if (!dialog.Accepted() || dialog->selectedFiles().isEmpty()) return {};
   last_group_.insert(filter, dialog->selectedNameFilter());
-  result.file_name = FromName(dialog->selectedFiles().constFirst());
-  result.accepted = !result.file_name.empty();
-  result.title = result.file_name.substr(result.file_name.rfind('/') + 1);
-  return result;
+  return ResultOf(FromName(dialog->selectedFiles().constFirst()));
 }
 
 ColorDialogResult DialogsQt::ShowColorDialog(std::int32_t initial, const CustomColors& custom) {
@@ -207,6 +237,9 @@ ColorDialogResult DialogsQt::ShowColorDialog(std::int32_t initial, const CustomC
 }
 
 std::string DialogsQt::BrowseDirectorysOnly(const std::string& title, const std::string& start) {
+  const PortalFileAnswer answer =
+      AskPortal({PortalFileQuestion::Kind::kFolder, ToQString(title), {}, {}, start, {}});
+  if (answer.kind != PortalFileAnswer::Kind::kNone) return answer.path;
   const Modal<QFileDialog> dialog(Owner());
   dialog->setWindowTitle(ToQString(title));
   dialog->setFileMode(QFileDialog::Directory);

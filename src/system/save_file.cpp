@@ -20,6 +20,19 @@ bool Fail(std::string* error, int number) {
   return false;
 }
 
+// In a folder where everybody may make files, a link that another user has put there would lead
+// the save to a file of this user's. The kernel refuses to follow such links by the same rule
+// (proc(5), protected_symlinks).
+bool IsForeignLink(const std::string& path) {
+  struct stat link {};
+  struct stat folder {};
+  const std::string parent = path.substr(0, path.rfind('/') + 1);
+  if (lstat(path.c_str(), &link) != 0 || !S_ISLNK(link.st_mode)) return false;
+  if (stat(parent.empty() ? "." : parent.c_str(), &folder) != 0) return true;
+  const bool shared = (folder.st_mode & S_ISVTX) != 0 && (folder.st_mode & S_IWOTH) != 0;
+  return shared && link.st_uid != geteuid() && link.st_uid != folder.st_uid;
+}
+
 // The file that `path` leads to through any number of links, which itself need not exist.
 std::optional<std::string> BehindLinks(std::string path) {
   constexpr int kMostLinks = 40;  // where the system gives up, too
@@ -27,6 +40,10 @@ std::optional<std::string> BehindLinks(std::string path) {
     std::error_code error;
     const std::filesystem::path target = std::filesystem::read_symlink(path, error);
     if (error) return path;
+    if (IsForeignLink(path)) {
+      errno = EACCES;
+      return {};
+    }
     path = (std::filesystem::path(path).parent_path() / target).native();
   }
   errno = ELOOP;
@@ -60,7 +77,7 @@ bool Save(const std::string& path, std::string_view bytes) {
 
   TemporaryFile file(folder);
   if (!file.IsOpen() || !file.Write(bytes)) return false;
-  if (exists && fchmod(file.Number(), old.st_mode & 07777U) != 0) return false;
+  if (exists && fchmod(file.Number(), old.st_mode & 0777U) != 0) return false;
   if (!file.Finish() || !file.ReplaceTo(*target)) return false;
   SyncFolder(folder);
   return true;

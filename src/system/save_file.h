@@ -13,8 +13,9 @@ namespace kv {
 
 // Makes `bytes` the content of `path`. A new file gets mode 0600, an old one keeps its mode;
 // missing folders are created 0700. Where `path` is a symbolic link the file that it leads to is
-// replaced and the link stays. Fails, with the reason in `error` if given, when something other
-// than a plain file stands there, when the old file is write-protected, and on any system error.
+// replaced and the link stays, unless another user made the link in a folder that is everybody's.
+// Fails, with the reason in `error` if given, when something other than a plain file stands there,
+// when the old file is write-protected, and on any system error.
 bool SaveFileChecked(const std::string& path, std::string_view bytes, std::string* error = nullptr);
 
 }  // namespace kv

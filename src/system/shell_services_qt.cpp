@@ -3,6 +3,7 @@
 #include "system/files.h"
 #include "system/paths.h"
 #include "system/text_platform_qt.h"
+#include "system/translation.h"
 #include "system/wave_file.h"
 
 #include <QApplication>
@@ -86,17 +87,17 @@ ShellServicesQt::ShellServicesQt(Dialogs& dialogs) : dialogs_(dialogs) {
 
 int ShellServicesQt::SendToRecycleBin(const std::string& path, bool confirm, bool silent) {
   if (!Exists(path)) return kNotFound;
-  const std::string name = "\"" + FileNameOfPath(path) + "\"";
+  const std::string name = FileNameOfPath(path);
   if (confirm) {
-    const BoxAnswer answer =
-        dialogs_.ShowMessageBox({"Are you sure you want to move " + name + " to the trash?",
-                                 BoxIcon::kQuestion, BoxButtons::kYesNo, ""});
+    const BoxAnswer answer = dialogs_.ShowMessageBox(
+        {Fill(Tr("Are you sure you want to move \"%1\" to the trash?"), name), BoxIcon::kQuestion,
+         BoxButtons::kYesNo, ""});
     if (answer != BoxAnswer::kYes) return kCancelled;
   }
   if (MoveToTrash(path)) return 0;
   if (!silent) {
-    dialogs_.ShowMessageBox(
-        {name + " could not be moved to the trash.", BoxIcon::kStop, BoxButtons::kOk, ""});
+    dialogs_.ShowMessageBox({Fill(Tr("\"%1\" could not be moved to the trash."), name),
+                             BoxIcon::kStop, BoxButtons::kOk, ""});
   }
   return kDenied;
 }
@@ -141,7 +142,7 @@ void ShellServicesQt::SoundDone(int call, SoundOutcome outcome) {
   if (entry.mapped().waiting != nullptr) entry.mapped().waiting->quit();
   if (outcome == SoundOutcome::kNoOutput) {
     dialogs_.ShowMessageBox(
-        {"Unable to init SOUND-DECVICE", BoxIcon::kExclamation, BoxButtons::kOk, ""});
+        {Tr("Unable to init SOUND-DECVICE"), BoxIcon::kExclamation, BoxButtons::kOk, ""});
   } else if (outcome == SoundOutcome::kEnded && entry.mapped().beep) {
     QApplication::beep();
   }

@@ -31,6 +31,7 @@ std::string ShownText(std::string_view text, std::size_t max_characters) {
     const Utf8Char next = DecodeUtf8(text, at);
     at += next.size;
     const bool is_break = next.valid && IsBreak(next.code);
+    if (result.empty() && (is_break || next.code == U' ')) continue;
     if ((is_break && after_break) || (next.valid && TurnsDirection(next.code))) continue;
     after_break = is_break;
     if (count == max_characters) {
@@ -58,6 +59,11 @@ std::string WithoutUserInfo(std::string_view text) {
     from = at_sign == std::string_view::npos ? begin : begin + at_sign + 1;
   }
   return result.append(text.substr(from));
+}
+
+std::string ShownName(std::string_view name) {
+  constexpr std::size_t kLongestName = 500;
+  return ShownText(WithoutUserInfo(name), kLongestName);
 }
 
 }  // namespace kv

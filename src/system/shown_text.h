@@ -17,4 +17,7 @@ std::string ShownText(std::string_view text, std::size_t max_characters);
 // "http://host/x". Takes the text as it was given, before any decoding.
 std::string WithoutUserInfo(std::string_view text);
 
+// A path or URL for a message box: both of the above, and no longer than some lines.
+std::string ShownName(std::string_view name);
+
 }  // namespace kv

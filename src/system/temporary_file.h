@@ -1,5 +1,6 @@
 // A file that is being written beside its final place and disappears unless it gets there.
 //
+// What a killed process has left of this kind is removed by the next one made in the same folder.
 // Inside the file routines of this room only. Operations that answer false leave errno set.
 #pragma once
 
@@ -23,8 +24,8 @@ class TemporaryFile {
   bool Write(std::string_view bytes) const { return file_.Write(bytes); }
   int Number() const { return file_.Number(); }
 
-  // Brings the content to the disk and closes the file.
-  bool Finish();
+  // Brings the content to the disk. Nothing may be written afterwards.
+  bool Finish() const;
 
   // Takes the place of `path`, and of what stands there.
   bool ReplaceTo(const std::string& path);

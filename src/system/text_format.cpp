@@ -1,6 +1,7 @@
 #include "system/text_format.h"
 
 #include "system/message_pump.h"
+#include "system/translation.h"
 
 #include <algorithm>
 #include <array>
@@ -47,14 +48,15 @@ std::string TwoDigits(double whole) {
 
 std::string FormatByteSize(double bytes, std::string_view decimal_separator) {
   constexpr double kStep = 1024;
-  constexpr std::array<std::string_view, 4> kUnits = {" Bytes", " KB", " MB", " GB"};
+  constexpr std::array<std::string_view, 4> kUnits = {TrLater("%1 Bytes"), TrLater("%1 KB"),
+                                                      TrLater("%1 MB"), TrLater("%1 GB")};
   if (!std::isfinite(bytes)) bytes = 0;  // a rate over no time at all
   std::size_t unit = 0;
   while (bytes > kStep && unit + 1 < kUnits.size()) {
     bytes /= kStep;
     ++unit;
   }
-  return FormatFixed(bytes, 1, 2, decimal_separator).append(kUnits[unit]);
+  return Fill(Tr(kUnits[unit]), FormatFixed(bytes, 1, 2, decimal_separator));
 }
 
 double TruncateSeconds(double x) {

@@ -1,6 +1,7 @@
 #include "view/command_router.h"
 
 #include "system/ascii_text.h"
+#include "system/translation.h"
 
 #include <algorithm>
 #include <charconv>
@@ -80,6 +81,8 @@ const std::vector<CommandRouter::Row>& CommandRouter::Rows() {
       {"mPlug_-2", [](Self& self) { self.Store(&Settings::ShowVuMeter, "mPlug_-2"); }},
       {kBuiltInMeterKey, [](Self& self) { self.UseBuiltInMeter(); }},
       {"mRecent_Clear", [](Self& self) { self.ClearRecentFiles(); }},
+      {"mSubtitles_Load",
+       [](Self& self) { self.ShowModal([&self] { self.hosts_.tracks.LoadSubtitles(); }); }},
   };
   return rows;
 }
@@ -154,6 +157,8 @@ void CommandRouter::RunEntryMadeAtRunTime(const std::string& key) {
   } else if (key.starts_with(kPluginKey)) {
     const auto number = Number(std::string_view(key).substr(kPluginKey.size()));
     if (number) hosts_.visuals.SetExPlugIn(*number);
+  } else if (key.starts_with(kSubtitleKey) || key.starts_with(kSoundKey)) {
+    hosts_.tracks.PickTrack(key);
   }
 }
 
@@ -192,7 +197,7 @@ void CommandRouter::TogglePlaylist() {
 
 void CommandRouter::ClearRecentFiles() {
   MessageBoxRequest question;
-  question.text = "Clear list of recent files?";
+  question.text = Tr("Clear list of recent files?");
   question.icon = BoxIcon::kQuestion;
   question.buttons = BoxButtons::kOkCancel;
   BoxAnswer answer = BoxAnswer::kCancel;

@@ -85,12 +85,23 @@ class CommandVisuals {
   virtual void SetExPlugIn(int Index) = 0;
 };
 
+// Subtitles and sounds of the medium.
+class CommandTracks {
+ public:
+  virtual ~CommandTracks() = default;
+  // Plays what the entry of `key` stands for.
+  virtual void PickTrack(std::string_view key) = 0;
+  // Asks for a file of subtitles and shows them; modal.
+  virtual void LoadSubtitles() = 0;
+};
+
 struct CommandHosts {
   CommandTransport& transport;
   CommandMedium& medium;
   CommandWindow& window;
   CommandForms& forms;
   CommandVisuals& visuals;
+  CommandTracks& tracks;
 };
 
 // Timers of the main window.

@@ -1,5 +1,7 @@
 #include "view/command_table.h"
 
+#include "system/translation.h"
+
 namespace kv {
 namespace {
 
@@ -10,20 +12,20 @@ struct KeyName {
 
 // Letters and digits name themselves.
 constexpr std::array kKeyNames = {
-    KeyName{kKeyBackspace, "Backspace"},
-    KeyName{kKeyEnter, "Enter"},
-    KeyName{kKeyEsc, "Esc"},
-    KeyName{kKeySpace, "Space"},
-    KeyName{kKeyPageUp, "Page Up"},
-    KeyName{kKeyPageDown, "Page Down"},
-    KeyName{kKeyEnd, "End"},
-    KeyName{kKeyHome, "Home"},
+    KeyName{kKeyBackspace, TrLater("Backspace")},
+    KeyName{kKeyEnter, TrLater("Enter")},
+    KeyName{kKeyEsc, TrLater("Esc")},
+    KeyName{kKeySpace, TrLater("Space")},
+    KeyName{kKeyPageUp, TrLater("Page Up")},
+    KeyName{kKeyPageDown, TrLater("Page Down")},
+    KeyName{kKeyEnd, TrLater("End")},
+    KeyName{kKeyHome, TrLater("Home")},
     KeyName{kKeyF1, "F1"},
 };
 
 std::string NameOfKey(std::int16_t code) {
   for (const KeyName& key : kKeyNames) {
-    if (key.code == code) return std::string(key.name);
+    if (key.code == code) return std::string(Tr(key.name));
   }
   return std::string(1, static_cast<char>(code));
 }
@@ -33,9 +35,9 @@ std::string NameOfKey(std::int16_t code) {
 std::string AcceleratorText(std::int16_t shift, std::int16_t key_code) {
   if (key_code == 0) return {};
   std::string text;
-  if ((shift & kCtrlKey) != 0) text += "Ctrl+";
-  if ((shift & kShiftKey) != 0) text += "Shift+";
-  if ((shift & kAltKey) != 0) text += "Alt+";
+  if ((shift & kCtrlKey) != 0) text += Tr("Ctrl+");
+  if ((shift & kShiftKey) != 0) text += Tr("Shift+");
+  if ((shift & kAltKey) != 0) text += Tr("Alt+");
   return text + NameOfKey(key_code);
 }
 

@@ -2,6 +2,7 @@
 
 #include "controls/color_qt.h"
 #include "controls/svg_face_qt.h"
+#include "system/translation_qt.h"
 
 #include <QDialogButtonBox>
 #include <QFont>
@@ -20,16 +21,17 @@ constexpr double kTitleScale = 1.8;
 constexpr double kReadable = 4.5;  // contrast of a text, WCAG 2 level AA
 
 struct Link {
-  const char* before;
+  const char* sentence;  // "%1" is the link
   const char* text;
   const char* address;
 };
 
 constexpr std::array kLinks = {
-    Link{"Free software under the ", "GNU General Public License", "https://www.gnu.org/licenses/"},
-    Link{"Plays by ", "mpv", "https://mpv.io/"},
-    Link{"Windows by ", "Qt", "https://www.qt.io/"},
-    Link{"Reads tags by ", "TagLib", "https://taglib.org/"},
+    Link{TrLater("Free software under the %1"), "GNU General Public License",
+         "https://www.gnu.org/licenses/"},
+    Link{TrLater("Plays by %1"), "mpv", "https://mpv.io/"},
+    Link{TrLater("Windows by %1"), "Qt", "https://www.qt.io/"},
+    Link{TrLater("Reads tags by %1"), "TagLib", "https://taglib.org/"},
 };
 
 // The theme's own colour for links, unless the ground swallows it.
@@ -46,7 +48,7 @@ frmAbout::frmAbout(const AboutVersion& version, const QString& logo, ShellServic
                    const QPalette& colors, QWidget* parent)
     : QDialog(parent) {
   setObjectName(QStringLiteral("frmAbout"));
-  setWindowTitle(QStringLiteral("About - Kestrelview"));
+  setWindowTitle(QTr("About - Kestrelview"));
   setModal(true);
   setPalette(colors);
   const QString link_color = LinkColor(colors).name();
@@ -69,25 +71,22 @@ frmAbout::frmAbout(const AboutVersion& version, const QString& logo, ShellServic
   title.setBold(true);
   name->setFont(title);
   texts->addWidget(name);
-  auto* const number = new QLabel(QStringLiteral("Version %1.%2.%3")
-                                      .arg(version.major)
-                                      .arg(version.minor)
-                                      .arg(version.revision),
-                                  this);
+  auto* const number = new QLabel(
+      QTr("Version %1.%2.%3").arg(version.major).arg(version.minor).arg(version.revision), this);
   number->setObjectName(QStringLiteral("lblVersion"));
   number->setTextInteractionFlags(Qt::TextSelectableByMouse);
   texts->addWidget(number);
-  texts->addWidget(new QLabel(QStringLiteral("Plays films and music, exactly and fast."), this));
+  texts->addWidget(new QLabel(QTr("Plays films and music, exactly and fast."), this));
   texts->addSpacing(fontMetrics().height());
 
   for (const Link& link : kLinks) {
     // A link takes the program's colour and not its label's, unless it is told.
-    auto* const label = new QLabel(QStringLiteral("%1<a href=\"%2\" style=\"color: %3\">%4</a>")
-                                       .arg(QLatin1String(link.before), QLatin1String(link.address),
-                                            link_color, QLatin1String(link.text)),
-                                   this);
+    const QString anchor =
+        QStringLiteral("<a href=\"%1\" style=\"color: %2\">%3</a>")
+            .arg(QLatin1String(link.address), link_color, QLatin1String(link.text));
+    auto* const label = new QLabel(QTr(link.sentence).arg(anchor), this);
     label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-    label->setAccessibleName(QLatin1String(link.before) + QLatin1String(link.text));
+    label->setAccessibleName(QTr(link.sentence).arg(QLatin1String(link.text)));
     label->setToolTip(QLatin1String(link.address));
     connect(label, &QLabel::linkActivated, this, [&shell](const QString& address) {
       shell.ShellOpenDocument(address.toStdString(), "", "", "open");

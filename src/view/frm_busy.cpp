@@ -1,5 +1,7 @@
 #include "view/frm_busy.h"
 
+#include "system/translation_qt.h"
+
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -13,7 +15,7 @@ frmBusy::frmBusy(QWidget* parent)
   auto* const page = new QVBoxLayout(this);
   page->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   page->setSizeConstraint(QLayout::SetFixedSize);
-  page->addWidget(new QLabel(QStringLiteral("Busy, please wait..."), this));
+  page->addWidget(new QLabel(QTr("Busy, please wait..."), this));
 }
 
 }  // namespace kv

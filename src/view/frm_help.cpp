@@ -1,5 +1,7 @@
 #include "view/frm_help.h"
 
+#include "system/translation_qt.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
@@ -13,9 +15,9 @@ frmHelp::frmHelp(const std::string& page, ShellServices& shell, QWidget* parent)
     : QWidget(parent, Qt::Window), shell_(shell), WebBrowser1(new QTextBrowser(this)) {
   constexpr QSize kFirstSize(720, 540);
   setObjectName(QStringLiteral("frmHelp"));
-  setWindowTitle(QStringLiteral("Help - Kestrelview"));
+  setWindowTitle(QTr("Help - Kestrelview"));
   WebBrowser1->setFrameShape(QFrame::NoFrame);
-  WebBrowser1->setAccessibleName(QStringLiteral("Help"));
+  WebBrowser1->setAccessibleName(QTr("Help"));
   WebBrowser1->setOpenLinks(false);
   // The pages are printed matter, dark on white in every scheme.
   QPalette paper = WebBrowser1->palette();
@@ -62,7 +64,7 @@ void frmHelp::ShowPage(const QUrl& page) {
   if (QFileInfo(page.toLocalFile()).isFile()) {
     WebBrowser1->setSource(page);
   } else {
-    WebBrowser1->setPlainText(QStringLiteral("The help page is missing:\n") + page.toLocalFile());
+    WebBrowser1->setPlainText(QTr("The help page is missing:\n%1").arg(page.toLocalFile()));
   }
 }
 

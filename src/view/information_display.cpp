@@ -7,6 +7,7 @@
 #include "system/shown_text.h"
 #include "system/text_case.h"
 #include "system/text_format.h"
+#include "system/translation.h"
 #include "system/utf8.h"
 
 #include <algorithm>
@@ -24,15 +25,15 @@ struct SchemeText {
 };
 
 constexpr std::array kConnections = {
-    SchemeText{"https://", "Internet (SSL) Connection"},
-    SchemeText{"http://", "Internet Connection"},
-    SchemeText{"ftp://", "Internet (FTP) Connection"},
-    SchemeText{"\\\\", "LAN Connection"},
+    SchemeText{"https://", TrLater("Internet (SSL) Connection")},
+    SchemeText{"http://", TrLater("Internet Connection")},
+    SchemeText{"ftp://", TrLater("Internet (FTP) Connection")},
+    SchemeText{"\\\\", TrLater("LAN Connection")},
 };
 
 constexpr std::array kMpegExtensions = {".mp3", ".mp2", ".mp1", ".mp4"};
 
-constexpr const char* kNoHeader = "Missing MEPG Header Data";
+constexpr const char* kNoHeader = TrLater("Missing MEPG Header Data");
 
 // Characters; more fits no window.
 constexpr std::size_t kLongestTitle = 1000;
@@ -136,7 +137,8 @@ void InformationDisplay::UpdateFileDataDisplay() {
     const std::string extension = GetFileExtension(settings_.CurrentFile, true);
     const std::string lower = LowerAscii(extension);
     if (lower == ".asf" || lower == ".asx") {
-      ShowData(Shown(session_.AsxInfo.moreInfo), "Copyright: " + Shown(session_.AsxInfo.copyright));
+      ShowData(Shown(session_.AsxInfo.moreInfo),
+               Fill(Tr("Copyright: %1"), Shown(session_.AsxInfo.copyright)));
     } else if (std::find(kMpegExtensions.begin(), kMpegExtensions.end(), lower) !=
                kMpegExtensions.end()) {
       ShowTags();
@@ -146,7 +148,7 @@ void InformationDisplay::UpdateFileDataDisplay() {
   } else if (IsUrl(settings_.CurrentFile)) {
     ShowUrl();
   } else {
-    ShowData("Size not available!", "Copyright info not available!");
+    ShowData(Tr("Size not available!"), Tr("Copyright info not available!"));
   }
 }
 
@@ -169,9 +171,9 @@ void InformationDisplay::ShowTags() {
   const bool has_header = header->IsValid(file);
   if (has_header) v1->Load(file);
   if (has_header && !v1->HasTag()) v2->Load(file);
-  const std::string technical = has_header ? TechnicalLine(*header) : kNoHeader;
+  const std::string technical = has_header ? TechnicalLine(*header) : Tr(kNoHeader);
   if (!v1->HasTag() && !v2->HasTag()) {
-    ShowData("ID3Tag info not available.", technical);
+    ShowData(Tr("ID3Tag info not available."), technical);
     return;
   }
   TagReader& tag = v2->HasTag() ? *v2 : *v1;
@@ -192,9 +194,10 @@ void InformationDisplay::ShowTags() {
 }
 
 std::string InformationDisplay::TechnicalLine(const MpegHeaderInfo& header) const {
-  return std::to_string(header.Bitrate()) + " Bit," + std::to_string(header.Frequency()) + " Hz, " +
-         std::to_string(header.HeaderValue()) + ", " + header.Mode() + ". (" + FileSizeText() +
-         " ~ " + FormatTimeCode(header.Duration() + 1, false, 2) + ")";
+  const std::string mode = header.Mode();
+  return Fill(Tr("%1 Bit,%2 Hz, %3, %4. (%5 ~ %6)"), std::to_string(header.Bitrate()),
+              std::to_string(header.Frequency()), std::to_string(header.HeaderValue()),
+              Tr(mode.c_str()), FileSizeText(), FormatTimeCode(header.Duration() + 1, false, 2));
 }
 
 std::string InformationDisplay::FileSizeText() const {
@@ -207,7 +210,7 @@ void InformationDisplay::ShowSize(const std::string& extension) {
     line +=
         ", " + std::to_string(session_.MovieWidth) + " x " + std::to_string(session_.MovieHeight);
   }
-  ShowData(line + ", " + UpperAscii(Shown(extension)) + " file", "");
+  ShowData(Fill(Tr("%1, %2 file"), line, UpperAscii(Shown(extension))), "");
 }
 
 void InformationDisplay::ShowUrl() {
@@ -215,7 +218,8 @@ void InformationDisplay::ShowUrl() {
   const std::string scheme = UrlSchemeOf(decoded);
   ShowDataLine1(scheme + Shown(GetDomain(decoded)) + "/", true);
   for (const SchemeText& connection : kConnections) {
-    if (scheme == connection.scheme) view_.SetDisp(kDispDataLine2, std::string(connection.text));
+    if (scheme == connection.scheme)
+      view_.SetDisp(kDispDataLine2, std::string(Tr(connection.text)));
   }
 }
 

@@ -1,5 +1,7 @@
 #include "view/key_router.h"
 
+#include "system/translation.h"
+
 namespace kv {
 namespace {
 
@@ -58,7 +60,8 @@ void KeyRouter::Act(const KeyRow& row) {
     case KeyAction::kShowColors:
       return host_.ShowColors();
     case KeyAction::kDemoMode:
-      return host_.SetTempWindowCaption(host_.FlipDemoTimer() ? "Demo mode:ON" : "Demo mode:OFF");
+      return host_.SetTempWindowCaption(
+          Tr(host_.FlipDemoTimer() ? TrLater("Demo mode:ON") : TrLater("Demo mode:OFF")));
     case KeyAction::kQuickSearch:
       return host_.ShowQuickSearch();
     case KeyAction::kMeterStyle:

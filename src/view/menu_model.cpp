@@ -2,6 +2,7 @@
 
 #include "system/ascii_text.h"
 #include "system/shown_text.h"
+#include "system/translation.h"
 
 #include <algorithm>
 #include <array>
@@ -50,6 +51,7 @@ void MenuModel::BuildMenu() {
     Add(command);
     if (command.key == "mRecent") AddRecentFiles();
     if (command.key == kBuiltInMeterKey) AddPlugins();
+    AddEntries(command.key);
   }
   // One message for the whole, since nobody has seen the new entries yet.
   MenuListener* const listener = std::exchange(listener_, nullptr);
@@ -62,7 +64,7 @@ void MenuModel::Add(const Command& command) {
   MenuItem item;
   item.key = command.key;
   item.type = command.type;
-  item.caption = command.caption;
+  item.caption = Tr(command.caption);
   item.picture = command.picture;
   item.shift = command.shift;
   item.key_code = command.key_code;
@@ -97,6 +99,32 @@ void MenuModel::AddPlugins() {
     item.caption = plugins_.Name(i);
     Add(std::move(item), "mPlugins");
   }
+}
+
+void MenuModel::AddEntries(std::string_view parent) {
+  const auto entries = entries_.find(parent);
+  if (entries == entries_.end()) return;
+  for (const MenuItem& entry : entries->second) Add(entry, parent);
+}
+
+void MenuModel::SetEntries(std::string_view parent, std::vector<MenuItem> entries) {
+  const int parent_id = IdOfKey(parent);
+  std::vector<MenuItem>& made = entries_[std::string(parent)];
+  std::erase_if(items_, [&](const MenuItem& item) {
+    return item.parent == parent_id &&
+           std::any_of(made.begin(), made.end(),
+                       [&](const MenuItem& old) { return old.key == item.key; });
+  });
+  made = std::move(entries);
+  // All else stays as it is, what is disabled included.
+  const auto holder = std::find_if(items_.begin(), items_.end(),
+                                   [&](const MenuItem& item) { return item.id == parent_id; });
+  if (holder == items_.end()) return;
+  const auto place = holder - items_.begin() + 1;
+  const auto old_end = static_cast<std::ptrdiff_t>(items_.size());
+  AddEntries(parent);
+  std::rotate(items_.begin() + place, items_.begin() + old_end, items_.end());
+  if (listener_ != nullptr) listener_->MenuRebuilt();
 }
 
 int MenuModel::IdFor(const std::string& name) {

@@ -1,6 +1,6 @@
 // `MENU`, the player's one popup menu as data: its entries, what is checked, enabled and visible.
 //
-// The tree of command_table.h, with the recent files and the plug-ins put in. Whoever shows it
+// The tree of command_table.h, with recent files, plug-ins and tracks put in. Whoever shows it
 // listens for changes. Owned by `frmMain` through `MainMenu`; interface thread only.
 #pragma once
 
@@ -69,6 +69,10 @@ class MenuModel {
   // Makes the whole tree anew; every entry is enabled again.
   void BuildMenu();
 
+  // Puts `entries` first in the submenu of `parent`, in the place of those put there before; they
+  // stay there when the tree is made anew. Ids come by their keys.
+  void SetEntries(std::string_view parent, std::vector<MenuItem> entries);
+
   // Brings the check marks in line with the settings.
   void UpdateMenuChecks();
 
@@ -93,6 +97,7 @@ class MenuModel {
   void Add(MenuItem item, std::string_view parent);
   void AddRecentFiles();
   void AddPlugins();
+  void AddEntries(std::string_view parent);
   int IdFor(const std::string& name);
   void SetCheckedByKey(std::string_view key, bool checked);
 
@@ -105,7 +110,8 @@ class MenuModel {
   MeasureText measure_;
   MenuListener* listener_ = nullptr;
   std::vector<MenuItem> items_;
-  int separators_ = 0;                           // without a key, so far
+  std::map<std::string, std::vector<MenuItem>, std::less<>> entries_;  // of SetEntries, by parent
+  int separators_ = 0;                                                 // without a key, so far
   std::map<std::string, int, std::less<>> ids_;  // of every key there ever was
 };
 

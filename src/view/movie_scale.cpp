@@ -46,7 +46,8 @@ MovieScale GetMovieScale(const MovieScaleInput& input) {
   return scale;
 }
 
-std::string ScaleText(const MovieScale& scale, int movie_width, int movie_height) {
+std::string ScaleText(const MovieScale& scale, int movie_width, int movie_height,
+                      std::string_view decimal_separator) {
   if (movie_width < 1 || movie_height < 1) return {};
   const double percent = 100.0 / (static_cast<double>(movie_width) * movie_height) *
                          (static_cast<double>(scale.AreaWidth) * scale.AreaHeight);
@@ -55,7 +56,8 @@ std::string ScaleText(const MovieScale& scale, int movie_width, int movie_height
   const double shown = std::round(percent * 10.0) / 10.0;
   std::snprintf(text.data(), text.size(), "%04.1f %% (%d x %d)", shown, scale.AreaWidth,
                 scale.AreaHeight);
-  return text.data();
+  std::string result = text.data();
+  return result.replace(result.find('.'), 1, decimal_separator);
 }
 
 }  // namespace kv

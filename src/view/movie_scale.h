@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace kv {
 
@@ -33,6 +34,8 @@ struct MovieScale {
 MovieScale GetMovieScale(const MovieScaleInput& input);
 
 // "100.0 % (640 x 360)": the area against the movie's own, in per cent. Empty without video.
-std::string ScaleText(const MovieScale& scale, int movie_width, int movie_height);
+// `decimal_separator` is the user's own, see TextPlatform::DecimalSeparator.
+std::string ScaleText(const MovieScale& scale, int movie_width, int movie_height,
+                      std::string_view decimal_separator);
 
 }  // namespace kv

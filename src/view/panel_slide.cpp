@@ -5,7 +5,6 @@
 namespace kv {
 namespace {
 
-constexpr int kStep = 4;    // pixels
 constexpr int kHidden = 2;  // a strip of this height or less is out of the way
 
 }  // namespace
@@ -40,7 +39,7 @@ void PanelSlide::StepIn() {
   const int full = full_screen_.PanelFullHeight();
   const int height = host_.PanelHeight();
   if (height < full) {
-    host_.SetPanelHeight(std::min(height + kStep, full));
+    host_.SetPanelHeight(std::min(height + Step(), full));
   } else {
     PanelShowTimer_.SetEnabled(false);
   }
@@ -49,7 +48,7 @@ void PanelSlide::StepIn() {
 void PanelSlide::StepOut() {
   const int height = host_.PanelHeight();
   if (height > kHidden) {
-    host_.SetPanelHeight(height < kStep ? 1 : height - kStep);
+    host_.SetPanelHeight(height < Step() ? 1 : height - Step());
     return;
   }
   PanelShowTimer_.SetEnabled(false);

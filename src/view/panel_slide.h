@@ -21,9 +21,14 @@ class PanelSlideHost {
 
 class PanelSlide {
  public:
+  static constexpr int kStep = 4;  // pixels
+
   // The form's timers of these names; both are disabled by their own events here.
   PanelSlide(PanelSlideHost& host, const FullScreen& full_screen, Timer& PanelShowTimer,
              Timer& PanelDelayTimer);
+
+  // The user wants no animations: the strip then comes and goes in one step.
+  void SetReducedMotion(bool reduced) { reduced_motion_ = reduced; }
 
   void OnPanelShowTimer();
   // One shot: sets the strip moving.
@@ -32,11 +37,13 @@ class PanelSlide {
  private:
   void StepIn();
   void StepOut();
+  int Step() const { return reduced_motion_ ? full_screen_.PanelFullHeight() : kStep; }
 
   PanelSlideHost& host_;
   const FullScreen& full_screen_;
   Timer& PanelShowTimer_;
   Timer& PanelDelayTimer_;
+  bool reduced_motion_ = false;
 };
 
 }  // namespace kv

@@ -2,6 +2,7 @@
 
 #include "system/shown_text.h"
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 #include "visual/meter_preview_qt.h"
 
 #include <QCloseEvent>
@@ -33,8 +34,9 @@ constexpr int kDescriptionLines = 4;
 constexpr std::size_t kLongestName = 80;
 constexpr std::size_t kLongestFact = 200;
 
-constexpr std::array kLabels = {
-    "Type:", "Has config:", "Version:", "Author:", "Author website:", "Name:"};
+constexpr std::array kLabels = {TrLater("Type:"),   TrLater("Has config:"),     TrLater("Version:"),
+                                TrLater("Author:"), TrLater("Author website:"), TrLater("Name:")};
+constexpr std::size_t kAddressLabel = 4;
 
 QPixmap MarkerPicture(bool active, const QColor& ink, double scale) {
   QPixmap picture(QSize(kMarker, kMarker) * scale);
@@ -70,11 +72,11 @@ frmPlugins::frmPlugins(const Parts& parts, const QPalette& colors, QWidget* pare
     : QDialog(parent),
       parts_(parts),
       rules_(parts.catalogue, parts.settings, parts.state, parts.text),
-      Command1_(new QPushButton(QStringLiteral("&Use selected plugin"), this)),
-      Command2_(new QPushButton(QStringLiteral("C&onfigure plugin"), this)),
-      cmdClose_(new QPushButton(QStringLiteral("&Close"), this)) {
+      Command1_(new QPushButton(QTr("&Use selected plugin"), this)),
+      Command2_(new QPushButton(QTr("C&onfigure plugin"), this)),
+      cmdClose_(new QPushButton(QTr("&Close"), this)) {
   setObjectName(QStringLiteral("frmPlugins"));
-  setWindowTitle(QStringLiteral("Kestrelview - Plugin Manager"));
+  setWindowTitle(QTr("Kestrelview - Plugin Manager"));
   setModal(true);
   setPalette(colors);
 
@@ -110,7 +112,7 @@ QWidget* frmPlugins::MakeList() {
   auto* const side = new QWidget(this);
   auto* const rows = new QVBoxLayout(side);
   rows->setContentsMargins(0, 0, 0, 0);
-  auto* const label = new QLabel(QStringLiteral("&Installed plugins:"), side);
+  auto* const label = new QLabel(QTr("&Installed plugins:"), side);
   List1_ = new QListWidget(side);
   List1_->setObjectName(QStringLiteral("List1"));
   List1_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -125,21 +127,25 @@ QWidget* frmPlugins::MakeList() {
 }
 
 QWidget* frmPlugins::MakeFacts() {
-  auto* const Frame1 = new QGroupBox(QStringLiteral("Plugin data:"), this);
+  auto* const Frame1 = new QGroupBox(QTr("Plugin data:"), this);
   auto* const page = new QVBoxLayout(Frame1);
   auto* const form = new QFormLayout;
   form->setLabelAlignment(Qt::AlignLeft);
   page->addLayout(form);
+  // An address in it is not broken, however long the labels are.
+  const int narrowest = fontMetrics().horizontalAdvance(
+      ToQString(rules_.FactsOf(0).values[kAddressLabel]) + QLatin1Char(' '));
   for (std::size_t index = 0; index < kLabels.size(); ++index) {
-    auto* const value = new QLabel(QStringLiteral("none"), Frame1);
+    auto* const value = new QLabel(QTr("none"), Frame1);
     value->setTextFormat(Qt::PlainText);
     value->setWordWrap(true);
+    value->setMinimumWidth(narrowest);
     value->setTextInteractionFlags(Qt::TextSelectableByMouse);
     value->setObjectName(QStringLiteral("Label4_%1").arg(index));
     Label4_[index] = value;
-    form->addRow(QLatin1String(kLabels[index]), value);
+    form->addRow(QTr(kLabels[index]), value);
   }
-  auto* const about = new QLabel(QStringLiteral("&Description:"), Frame1);
+  auto* const about = new QLabel(QTr("&Description:"), Frame1);
   Text1_ = new QPlainTextEdit(Frame1);
   Text1_->setObjectName(QStringLiteral("Text1"));
   Text1_->setReadOnly(true);
@@ -148,7 +154,7 @@ QWidget* frmPlugins::MakeFacts() {
   about->setBuddy(Text1_);
   page->addWidget(about);
   page->addWidget(Text1_, 1);
-  page->addWidget(new QLabel(QStringLiteral("Picture:"), Frame1));
+  page->addWidget(new QLabel(QTr("Picture:"), Frame1));
   Image1_ = new QLabel(Frame1);
   Image1_->setObjectName(QStringLiteral("Image1"));
   Image1_->setFixedSize(kPicture);
@@ -180,8 +186,7 @@ void frmPlugins::ShowMarkers() {
     const bool active = static_cast<std::size_t>(row) == rules_.ActiveRow();
     QListWidgetItem& item = *List1_->item(row);
     item.setIcon(MarkerIcon(active, palette(), devicePixelRatioF()));
-    item.setData(Qt::AccessibleDescriptionRole,
-                 active ? QStringLiteral("in use") : QStringLiteral("not in use"));
+    item.setData(Qt::AccessibleDescriptionRole, active ? QTr("in use") : QTr("not in use"));
     QFont font = List1_->font();
     font.setBold(active);
     item.setFont(font);

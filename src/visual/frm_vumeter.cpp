@@ -1,10 +1,12 @@
 #include "visual/frm_vumeter.h"
 
 #include "system/text_platform_qt.h"
+#include "system/translation_qt.h"
 #include "view/key_codes_qt.h"
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
@@ -38,7 +40,7 @@ frmVumeter::frmVumeter(const Parts& parts, std::unique_ptr<AudioCapture> capture
   setMinimumSize(kSmallest);
   resize(kFirstSize);
   VuMeter1_->move(0, 0);
-  VuMeter1_->setAccessibleName(QStringLiteral("Level meter"));
+  VuMeter1_->setAccessibleName(QTr("Level meter"));
   VuMeter1_->Meter().Frame = [this](std::vector<std::uint8_t>& Samples, std::int32_t& Count,
                                     std::int32_t /*Level*/, bool& Cancel) {
     parts_.hosting.Frame(meter_, isVisible() && !isMinimized(), Samples, Count, Cancel);
@@ -64,7 +66,7 @@ frmVumeter::~frmVumeter() {
 
 void frmVumeter::Form_Load() {
   const QPointer<frmVumeter> alive(this);
-  SetCaption("VuMeter - Kestrelview");
+  SetCaption(Tr("VuMeter - Kestrelview"));
   rules_.Form_Load();
   if (!alive || unloaded_) return;
   show();
@@ -101,6 +103,11 @@ void frmVumeter::wheelEvent(QWheelEvent* event) {
   parts_.host.MeterWindowWheel(*event);
 }
 
+// The mouse brings the menu by itself; this is the Menu key.
+void frmVumeter::contextMenuEvent(QContextMenuEvent* event) {
+  if (event->reason() == QContextMenuEvent::Keyboard) PopUpMenu();
+}
+
 void frmVumeter::SetCaption(const std::string& text) {
   setWindowTitle(ToQString(text));
 }
@@ -132,14 +139,14 @@ void frmVumeter::OpenPluginManager() {
 void frmVumeter::PopUpMenu() {
   // The window can go down while the menu is open, and takes it along.
   const QPointer<QMenu> mnu(new QMenu(this));
-  connect(mnu->addAction(QStringLiteral("Plugin manager...")), &QAction::triggered, this,
+  connect(mnu->addAction(QTr("Plugin manager...")), &QAction::triggered, this,
           &frmVumeter::OpenPluginManager, Qt::QueuedConnection);
   mnu->addSeparator();
-  QAction* const configure = mnu->addAction(QStringLiteral("Configure plugin..."));
+  QAction* const configure = mnu->addAction(QTr("Configure plugin..."));
   configure->setEnabled(rules_.CanConfigure());
   connect(
       configure, &QAction::triggered, this, [this] { ConfigMainPlugin(); }, Qt::QueuedConnection);
-  mnu->exec(QCursor::pos());
+  mnu->exec(underMouse() ? QCursor::pos() : mapToGlobal(rect().center()));
   delete mnu.data();
 }
 

@@ -74,6 +74,7 @@ class frmVumeter : public QWidget, private MeterWindowForm {
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
   // MeterWindowForm

@@ -1,5 +1,7 @@
 #include "visual/meter_window.h"
 
+#include "system/translation.h"
+
 #include <cmath>
 #include <memory>
 
@@ -58,7 +60,7 @@ void MeterWindow::Form_Load() {
     return;
   }
   MessageBoxRequest request;
-  request.text = "Unable to initialize Scope!";
+  request.text = Tr("Unable to initialize Scope!");
   parts_.dialogs.ShowMessageBox(request);
   if (parts_.state.VumeterOpen) UnloadTimer_->SetEnabled(true);
 }
@@ -151,7 +153,7 @@ void MeterWindow::ConfigPlugin() {
 void MeterWindow::UpdateCaption() {
   const Settings& settings = parts_.settings;
   parts_.form.SetCaption(
-      (IsOn(settings.UseExternalPlugin) ? settings.PluginName : std::string("VuMeter")) +
+      (IsOn(settings.UseExternalPlugin) ? settings.PluginName : std::string(Tr("VuMeter"))) +
       " - Kestrelview");
 }
 

@@ -1,5 +1,7 @@
 #include "visual/plugin_hosting.h"
 
+#include "system/translation.h"
+
 #include <chrono>
 #include <memory>
 
@@ -9,7 +11,7 @@ namespace {
 constexpr std::chrono::seconds kDemoPeriod{15};
 
 std::string ModeName(int style) {
-  return "Default (mode " + std::to_string(style + 1) + ")";
+  return Fill(Tr("Default (mode %1)"), std::to_string(style + 1));
 }
 
 }  // namespace
@@ -43,7 +45,7 @@ void PluginHosting::SetExPlugIn(std::int32_t Index) {
 void PluginHosting::CyclePlugins() {
   const std::string text =
       IsOn(parts_.settings.UseExternalPlugin) ? CycleFromPlugin() : CycleFromBuiltIn();
-  form_.SetTempWindowCaption("Plugin:" + text);
+  form_.SetTempWindowCaption(Fill(Tr("Plugin:%1"), text));
   parts_.settings.PluginStyle = parts_.VuMeter1.Style();
 }
 

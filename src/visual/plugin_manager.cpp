@@ -1,14 +1,16 @@
 #include "visual/plugin_manager.h"
 
+#include "system/translation.h"
+
 #include <utility>
 
 namespace kv {
 namespace {
 
-constexpr const char* kDefaultRow = "Default Kestrelview plugin (VuMeter)";
-constexpr const char* kDefaultDescription =
+constexpr const char* kDefaultRow = TrLater("Default Kestrelview plugin (VuMeter)");
+constexpr const char* kDefaultDescription = TrLater(
     "Default vumeter. The build in vumeter can be configured in the Options dialog, and you can "
-    "change mode by clicking on it with the left mouse!";
+    "change mode by clicking on it with the left mouse!");
 constexpr const char* kMakersAddress = "https://kestrelview.org/";
 constexpr const char* kCaptionTail = " - Kestrelview";
 
@@ -40,7 +42,7 @@ void PluginManager::Form_QueryUnload() {
 }
 
 std::vector<std::string> PluginManager::Rows() const {
-  std::vector<std::string> rows = {kDefaultRow};
+  std::vector<std::string> rows = {Tr(kDefaultRow)};
   for (const PluginEntry& entry : catalogue_.Plugins()) rows.push_back(entry.Name);
   return rows;
 }
@@ -53,14 +55,15 @@ PluginFacts PluginManager::FactsOf(std::size_t row) const {
   const PluginEntry* const entry = EntryOf(row);
   PluginFacts facts;
   if (entry == nullptr) {
-    facts.values = {"Audio visualization", "No", "N/A", "Ostrand", kMakersAddress,
-                    "Default VuMeter"};
-    facts.description = kDefaultDescription;
+    facts.values = {
+        Tr("Audio visualization"), TrIn("answer", "No"), Tr("N/A"), "Ostrand", kMakersAddress,
+        Tr("Default VuMeter")};
+    facts.description = Tr(kDefaultDescription);
     facts.built_in = true;
     return facts;
   }
-  facts.values = {entry->Type == 0 ? "Audio visualization" : "Undefined",
-                  entry->HasConfig ? "Yes" : "No",
+  facts.values = {entry->Type == 0 ? Tr("Audio visualization") : Tr("Undefined"),
+                  entry->HasConfig ? TrIn("answer", "Yes") : TrIn("answer", "No"),
                   entry->Version,
                   entry->Author,
                   entry->AuthorUrl,
@@ -88,7 +91,7 @@ void PluginManager::UsePlugin(std::size_t row) {
 }
 
 std::string PluginManager::MeterCaption() const {
-  return (active_ == 0 ? std::string("VuMeter") : settings_.PluginName) + kCaptionTail;
+  return (active_ == 0 ? std::string(Tr("VuMeter")) : settings_.PluginName) + kCaptionTail;
 }
 
 void PluginManager::ConfigPlugin(std::size_t row) {

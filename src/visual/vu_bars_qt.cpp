@@ -4,6 +4,7 @@
 #include "visual/vu_styles_qt.h"
 
 #include <QFontMetricsF>
+#include <QLocale>
 #include <QPainter>
 
 #include <algorithm>
@@ -30,8 +31,9 @@ struct Bar {
 };
 
 QString FrequencyText(double hertz) {
-  if (hertz < 1000.0) return QString::number(hertz);
-  return QString::number(hertz / 1000.0) + QLatin1Char('k');
+  const QLocale locale = QLocale::system();
+  if (hertz < 1000.0) return locale.toString(hertz);
+  return locale.toString(hertz / 1000.0) + QLatin1Char('k');
 }
 
 class VuBarsPainter : public VuStylePainter {

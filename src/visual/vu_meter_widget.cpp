@@ -1,6 +1,7 @@
 #include "visual/vu_meter_widget.h"
 
 #include "controls/color_qt.h"
+#include "visual/meter_accessible_qt.h"
 
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -44,6 +45,7 @@ QFont ToQFont(const MeterFont& font) {
 VuMeterWidget::VuMeterWidget(TimerSource& timers, std::unique_ptr<AudioCapture> capture,
                              const VuMeterProperties& properties, QWidget* parent)
     : QWidget(parent), capture_(std::move(capture)) {
+  InstallMeterAccessibility();
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
   meter_ =

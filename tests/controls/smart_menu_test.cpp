@@ -3,6 +3,7 @@
 
 #include "controls/color_qt.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QImage>
@@ -125,6 +126,26 @@ TEST_F(SmartMenuTest, ShowsItsEntries) {
   EXPECT_EQ(Texts(kSub), (QStringList{u"one two three"_s, u"last"_s}));
   EXPECT_EQ(icons, (std::vector<std::string>{"open", "missing"}));
   EXPECT_EQ(menu->Widget(kRoot)->actions()[3]->menu(), menu->Widget(kSub));
+}
+
+TEST_F(SmartMenuTest, SpeaksToAssistiveTools) {
+  Item(4).checked = true;
+  QAccessibleInterface* const face = QAccessible::queryAccessibleInterface(menu->Widget(kRoot));
+  const auto text = [&](int child, QAccessible::Text what) {
+    return face->child(child)->text(what).toStdString();
+  };
+  EXPECT_EQ(text(0, QAccessible::Name), "Open...");
+  EXPECT_EQ(text(0, QAccessible::Accelerator), "Ctrl+O");
+  EXPECT_EQ(text(2, QAccessible::Name), "Fit & fill");
+  EXPECT_TRUE(face->child(2)->state().checked);
+  EXPECT_EQ(face->child(3)->child(0)->child(1)->text(QAccessible::Name), u"last"_s);
+  EXPECT_TRUE(face->child(4)->state().disabled);
+  for (const int child : {0, 2, 4}) {
+    face->child(child)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  }
+  QCoreApplication::processEvents();
+  EXPECT_EQ(clicked, (std::vector<int>{2, 4}));
+  EXPECT_FALSE(Item(4).checked);
 }
 
 TEST_F(SmartMenuTest, PicksByKeyboard) {

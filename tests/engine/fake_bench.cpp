@@ -15,6 +15,12 @@ class FakeBench : public GraphBench {
     factory_.media["film"] = film;
     factory_.media["slow"] = film;
     factory_.media["slow"].duration = 5.0;
+    factory_.media["dual"] = film;
+    factory_.media["dual"].tracks = {{TrackKind::kSound, 1, "eng", "", "vorbis", true},
+                                     {TrackKind::kSound, 2, "ger", "", "vorbis"},
+                                     {TrackKind::kSubtitle, 1, "eng", "", "subrip", true},
+                                     {TrackKind::kSubtitle, 2, "ger", "Alles", "subrip"}};
+    for (MediaTrack& track : factory_.media["dual"].tracks) track.selected = track.is_default;
     factory_.media["tone"] = {.duration = 2.0};
     factory_.media["bad"] = {.renders = false};
     for (auto& [name, medium] : factory_.media) medium.render_milliseconds = 50;
@@ -31,6 +37,8 @@ class FakeBench : public GraphBench {
         return "slow";
       case Medium::kTone:
         return "tone";
+      case Medium::kDual:
+        return "dual";
       case Medium::kMissing:
         return "missing";
       default:
@@ -38,6 +46,7 @@ class FakeBench : public GraphBench {
     }
   }
 
+  std::string Subtitles() override { return "words.srt"; }
   void Pass(int milliseconds) override { pump_.WaitAndPump(milliseconds); }
   double Now() override { return static_cast<double>(time_.Milliseconds()) / 1000.0; }
   void InsidePump(std::function<void()> action) override { pump_.Post(std::move(action)); }

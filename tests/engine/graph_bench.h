@@ -15,6 +15,7 @@ enum class Medium {
   kSlowFilm,  // 5 s, one picture a second, no sound
   kVfrFilm,   // 3 s, pictures at irregular distances, no sound
   kTone,      // 2 s, sound alone
+  kDual,      // a film with two sounds and two subtitles, of which the first are the default
   kMissing,
   kEmpty,
   kTruncated,
@@ -32,6 +33,8 @@ class GraphBench {
   virtual std::shared_ptr<FilterGraph> MakeGraph() = 0;
   // The name to render for a medium of this kind.
   virtual std::string Name(Medium medium) = 0;
+  // The path of a file of subtitles.
+  virtual std::string Subtitles() = 0;
   // Lets time pass and handles what comes.
   virtual void Pass(int milliseconds) = 0;
   // A clock in seconds.

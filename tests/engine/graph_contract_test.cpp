@@ -288,6 +288,48 @@ TEST_F(GraphContract, StopInsideThePumpAbandonsTheRendering) {
   EXPECT_TRUE(Render(Medium::kTone)->Run());
 }
 
+// "kind id language title" of each, "x" in front of what is played.
+std::string Told(const FilterGraph& graph) {
+  std::string told;
+  for (const MediaTrack& track : graph.Tracks()) {
+    told += track.selected ? " x" : " ";
+    told += (track.kind == TrackKind::kSound ? "a" : "s") + std::to_string(track.id);
+    told += (track.external ? "+" : "") + track.language + track.title;
+  }
+  return told;
+}
+
+TEST_F(GraphContract, TracksAreToldAndChosen) {
+  EXPECT_FALSE(bench_->MakeGraph()->SelectTrack(TrackKind::kSubtitle, 0));
+  const auto graph = Render(Medium::kDual);
+  EXPECT_EQ(Told(*graph), " xa1eng a2ger xs1eng s2gerAlles");
+  ASSERT_TRUE(graph->Run());
+  const struct {
+    TrackKind kind;
+    int id;
+    bool there;
+    const char* told;
+  } rows[] = {
+      {TrackKind::kSubtitle, 2, true, " xa1eng a2ger s1eng xs2gerAlles"},
+      {TrackKind::kSound, 2, true, " a1eng xa2ger s1eng xs2gerAlles"},
+      {TrackKind::kSound, 0, false, " a1eng xa2ger s1eng xs2gerAlles"},
+      {TrackKind::kSubtitle, 3, false, " a1eng xa2ger s1eng xs2gerAlles"},
+      {TrackKind::kSubtitle, 0, true, " a1eng xa2ger s1eng s2gerAlles"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(graph->SelectTrack(row.kind, row.id), row.there);
+    EXPECT_EQ(Told(*graph), row.told) << "at once";
+    bench_->Pass(150);
+    EXPECT_EQ(Told(*graph), row.told) << "and by what is played";
+  }
+  EXPECT_FALSE(graph->AddSubtitles(bench_->Name(Medium::kText)));
+  EXPECT_TRUE(graph->AddSubtitles(bench_->Subtitles()));
+  EXPECT_TRUE(Becomes([&] {
+    return Told(*graph) == " a1eng xa2ger s1eng s2gerAlles xs3+words.srt";
+  })) << Told(*graph);
+  EXPECT_EQ(Told(*Render(Medium::kTone)).find('s'), std::string::npos);
+}
+
 TEST_F(GraphContract, WaitForCompletionWaitsForTheEndOrTheTime) {
   const auto graph = Render(Medium::kTone);
   double begin = bench_->Now();

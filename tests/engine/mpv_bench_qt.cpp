@@ -27,6 +27,8 @@ class MpvBench : public GraphBench {
         return EngineWorld::Path("film_vfr.mkv");
       case Medium::kTone:
         return EngineWorld::Path("tone.wav");
+      case Medium::kDual:
+        return EngineWorld::Path("dual.mkv");
       case Medium::kMissing:
         return EngineWorld::Path("missing.mkv");
       case Medium::kEmpty:
@@ -50,6 +52,9 @@ class MpvBench : public GraphBench {
     return {};
   }
 
+  std::string Subtitles() override {
+    return world_.Folder().Write("words.srt", "1\n00:00:00,000 --> 00:00:03,000\nWords\n");
+  }
   void Pass(int milliseconds) override { world_.Pass(milliseconds); }
   double Now() override { return static_cast<double>(clock_.nsecsElapsed()) / 1e9; }
   void InsidePump(std::function<void()> action) override {

@@ -51,7 +51,6 @@ TEST(ListRows, NumbersOutsideTheRowsAreHarmless) {
     EXPECT_EQ(room.rows.Folded(row).Text(1), "");
     room.rows.Select(row, true);
     room.rows.SetDetailsOf(row, {});
-    room.rows.Exchange(row);
     room.rows.Remove({row});
   }
   EXPECT_EQ(room.rows.SubItem(1, 12), "");

@@ -120,6 +120,12 @@ TEST(M3uFile, WritesWhatReadsBack) {
     EXPECT_EQ(M3uText(list, c.playlist, false, text), c.line + "\r\n/m/last.mp3\r\n");
     EXPECT_EQ(M3uText(list, c.playlist, true, text), c.item + "\r\n/m/last.mp3\r\n");
   }
+  // These would be a remark, and lose their beginning at the start of a file.
+  for (const std::string item : {"#:a.mp3", "\xEF\xBB\xBF:a.mp3"}) {
+    OSTList list(text);
+    list.add(item);
+    EXPECT_EQ(M3uText(list, "/l/x.m3u", true, text), "\\" + item + "\r\n");
+  }
   EXPECT_EQ(M3uText(OSTList(text), "/l/x.m3u", false, text), "");
 }
 

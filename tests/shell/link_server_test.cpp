@@ -142,6 +142,9 @@ TEST_F(LinkServerTest, DropsWhatIsNoRequestWithoutAWord) {
   {
     Client gone(path);
     gone.Send("\x10");
+    // A start that has given up plays its medium itself.
+    Client given_up(path);
+    given_up.Send(EncodeHandOver("/m/late.mp3"));
   }
   EXPECT_LT(watch.elapsed(), 2000);  // dropped for what they are and not for their silence
   EXPECT_EQ(Send("x"), HandOverAnswer::kAccepted);

@@ -65,7 +65,9 @@ struct OpenerPlayer : OpenerHost,
     movie.SetEvents(this);
   }
 
-  void OpenPlaylist(const std::string& Path) override { log.push_back("playlist " + Path); }
+  void OpenPlaylist(const std::string& Path, bool ByHand) override {
+    log.push_back("playlist " + Path + (ByHand ? "" : " unattended"));
+  }
   void OpenResumeFile(const std::string& Path, bool& FromPlaylist, bool /*StartPlaying*/) override {
     log.push_back("resume " + Path);
     session.ResumePosition = 7;

@@ -36,6 +36,9 @@ TEST(MimeAppsText, TakingAndGivingBackLeavesEveryByte) {
       // the last of several lines counts
       {"[Default Applications]\nvideo/mp4=a\n[X]\n[Default Applications]\nvideo/mp4=b",
        "[Default Applications]\nvideo/mp4=a\n[X]\n[Default Applications]\nvideo/mp4=k.desktop;b"},
+      // and an earlier one stays out of force
+      {"[Default Applications]\nvideo/mp4=a\nvideo/mp4=\n",
+       "[Default Applications]\nvideo/mp4=a\nvideo/mp4=k.desktop\n"},
   };
   for (const auto& each : cases) {
     std::string text = each.before;

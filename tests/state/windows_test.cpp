@@ -93,10 +93,9 @@ TEST_F(Options, EachControlStoresItsFieldAlone) {
       case OptionKind::kValueList: {
         auto& box = Find<QComboBox>(row.control);
         EXPECT_EQ(box.currentText().toStdString(),
-                  std::to_string(row.kind == OptionKind::kIndexList
-                                     ? 100
-                                     : OptionValue(settings_, row.field).value_or(-1)) +
-                      std::string(row.unit));
+                  row.kind == OptionKind::kIndexList
+                      ? "100 ms"
+                      : std::to_string(OptionValue(settings_, row.field).value_or(-1)));
         box.setCurrentIndex(box.count() - 1);
         expected = row.kind == OptionKind::kIndexList ? 9 : box.currentText().toInt();
         break;

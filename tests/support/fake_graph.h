@@ -39,6 +39,7 @@ struct FakeMedium {
   std::vector<FakeStall> stalls = {};
   int bit_rate = 0;
   int window_milliseconds = 0;  // what each SetWindowPosition takes
+  std::vector<MediaTrack> tracks = {};
 };
 
 class FakeGraph : public FilterGraph {
@@ -201,6 +202,31 @@ class FakeGraph : public FilterGraph {
   std::optional<VideoSize> GetVideoSize() const override {
     if (!HasPicture()) return std::nullopt;
     return VideoSize{medium_.width, medium_.height};
+  }
+
+  std::vector<MediaTrack> Tracks() const override {
+    return ready_ ? medium_.tracks : std::vector<MediaTrack>();
+  }
+  bool SelectTrack(TrackKind kind, int id) override {
+    Note("SelectTrack", static_cast<int>(kind), id);
+    const auto is = [&](const MediaTrack& track) { return track.kind == kind && track.id == id; };
+    std::vector<MediaTrack>& tracks = medium_.tracks;
+    const bool none = kind == TrackKind::kSubtitle && id == 0;
+    if (!ready_ || (!none && std::none_of(tracks.begin(), tracks.end(), is))) return false;
+    for (MediaTrack& track : tracks) {
+      if (track.kind == kind) track.selected = track.id == id;
+    }
+    return true;
+  }
+  // A name that ends in ".srt" is a file of subtitles.
+  bool AddSubtitles(const std::string& path) override {
+    Note("AddSubtitles", path);
+    if (!ready_ || !path.ends_with(".srt")) return false;
+    MediaTrack added{.kind = TrackKind::kSubtitle, .id = 1, .codec = "subrip", .external = true};
+    added.title = path.substr(path.rfind('/') + 1);
+    for (const MediaTrack& track : medium_.tracks) added.id += track.kind == added.kind ? 1 : 0;
+    medium_.tracks.push_back(added);
+    return SelectTrack(added.kind, added.id);
   }
 
   // Blocking moves the clock; timers that fall due meanwhile fire on the way.

@@ -21,7 +21,8 @@ TEST(ShownText, IsOneReadableLine) {
               {"0123456789", "0123456789"},
               {"0123456789a", "0123456..."},
               {"\u00E41234567890", "\u00E4123456..."},
-              {"0123456789\u202E\n", "0123456789"}};
+              {"0123456789\u202E\n", "0123456789"},
+              {"\x1C \x7F x123456789a", "x123456..."}};
   for (const auto& row : rows) EXPECT_EQ(ShownText(row.text, 10), row.shown) << row.text;
   EXPECT_EQ(ShownText(std::string(1'000'000, 'x'), 5), "xx...");
   EXPECT_EQ(ShownText("abc", 2), "..");

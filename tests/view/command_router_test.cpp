@@ -24,6 +24,9 @@ class CommandRouterTest : public testing::Test, protected CommandWorld {
 TEST_F(CommandRouterTest, EveryCommandHasItsAction) {
   settings.RecentFiles[7] = "/m/seven";
   menu.BuildMenu();
+  MenuItem track;
+  track.key = "mSub_2";
+  menu.SetEntries(kSubtitlesMenu, {track});
   const std::pair<const char*, const char*> rows[] = {
       {"mReleaseRF", "release resume"},
       {"mSaveRFAs", "resume"},
@@ -56,6 +59,10 @@ TEST_F(CommandRouterTest, EveryCommandHasItsAction) {
       {"mPlug_11", "plugin 11"},
       {"mRecent_f07", "open '/m/seven'"},
       {"mRecent_f08", ""},  // not in the menu
+      {"mSubtitles_Load", "load subtitles"},
+      {"mSub_2", "track mSub_2"},
+      {"mSubtitles", ""},
+      {"mSoundTracks", ""},
       {"mVideo", ""},
       {"no such key", ""},
       {"", ""},

@@ -20,6 +20,7 @@ class CommandWorld : public CommandTransport,
                      public CommandWindow,
                      public CommandForms,
                      public CommandVisuals,
+                     public CommandTracks,
                      public MenuPlugins {
  public:
   CommandWorld() { menu.BuildMenu(); }
@@ -71,6 +72,9 @@ class CommandWorld : public CommandTransport,
   void ReleasePlugin() override { Note("release plugin"); }
   void SetExPlugIn(int Index) override { Note("plugin " + std::to_string(Index)); }
 
+  void PickTrack(std::string_view key) override { Note("track " + std::string(key)); }
+  void LoadSubtitles() override { Note("load subtitles"); }
+
   int Count() const override { return 12; }
   std::string Name(int index) const override { return "Plugin " + std::to_string(index); }
   std::string Key(int index) const override { return std::to_string(index) + ".so"; }
@@ -105,7 +109,7 @@ class CommandWorld : public CommandTransport,
                        pump,
                        time,
                        {*mnuTimer, *full_screen, *unload},
-                       {*this, *this, *this, *this, *this}};
+                       {*this, *this, *this, *this, *this, *this}};
 
  private:
   void Note(const std::string& call) {

@@ -160,9 +160,12 @@ TEST_F(FullScreenTest, SlidesFourPixelsATick) {
     int from;
     bool shown;
     std::vector<int> heights;
-  } rows[] = {{10, false, {6, 2}},   {11, false, {7, 3, 1}}, {4, false, {0}}, {2, false, {}},
-              {0, true, {4, 8, 10}}, {6, true, {10}},        {10, true, {}},  {12, true, {}}};
+    bool reduced_motion = false;
+  } rows[] = {{10, false, {6, 2}},    {11, false, {7, 3, 1}}, {4, false, {0}},      {2, false, {}},
+              {0, true, {4, 8, 10}},  {6, true, {10}},        {10, true, {}},       {12, true, {}},
+              {10, false, {0}, true}, {6, false, {1}, true},  {0, true, {10}, true}};
   for (const auto& row : rows) {
+    slide.SetReducedMotion(row.reduced_motion);
     height = row.from;
     heights.clear();
     scaled = 0;

@@ -69,14 +69,17 @@ TEST(MovieScale, LeavesThePanelFreeUnlessItHidesItself) {
 }
 
 TEST(MovieScale, TellsTheAreaAgainstTheMovie) {
-  const auto text = [](int area_width, int area_height, int width, int height) {
-    return ScaleText({.AreaWidth = area_width, .AreaHeight = area_height}, width, height);
+  const auto text = [](int area_width, int area_height, int width, int height,
+                       const char* separator = ".") {
+    return ScaleText({.AreaWidth = area_width, .AreaHeight = area_height}, width, height,
+                     separator);
   };
   EXPECT_EQ(text(640, 360, 640, 360), "100.0 % (640 x 360)");
   EXPECT_EQ(text(1280, 720, 640, 360), "400.0 % (1280 x 720)");
   EXPECT_EQ(text(64, 36, 640, 360), "01.0 % (64 x 36)");
   EXPECT_EQ(text(1, 1, 32767, 32767), "00.0 % (1 x 1)");
   EXPECT_EQ(text(1, 1, 4, 4), "06.3 % (1 x 1)");  // 6.25: halves away from zero
+  EXPECT_EQ(text(1, 1, 4, 4, ","), "06,3 % (1 x 1)");
   EXPECT_EQ(text(640, 360, 0, 0), "");
 }
 

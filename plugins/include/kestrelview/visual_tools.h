@@ -8,6 +8,7 @@
 #include <QColor>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QString>
 #include <QVariant>
 
@@ -152,8 +153,10 @@ inline QString SettingsFile(const QString& name) {
   const QString folder = QCoreApplication::instance()->property("kestrelviewFolder").toString();
   if (folder.isEmpty()) return {};
   const QDir plugins(folder + QStringLiteral("/plugins"));
-  return plugins.mkpath(QStringLiteral(".")) ? plugins.filePath(name + QStringLiteral(".ini"))
-                                             : QString();
+  // The player loads plug-ins from there, so nobody else may put any in.
+  constexpr auto kPrivate = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+  const bool there = plugins.exists() || QDir().mkdir(plugins.path(), kPrivate);
+  return there ? plugins.filePath(name + QStringLiteral(".ini")) : QString();
 }
 
 }  // namespace kestrelview

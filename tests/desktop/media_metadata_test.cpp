@@ -1,0 +1,203 @@
+#include "desktop/media_metadata.h"
+
+#include "desktop/cover_art.h"
+#include "desktop/embedded_cover.h"
+#include "support/temp_folder.h"
+#include "system/file_address.h"
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <map>
+#include <string>
+#include <sys/stat.h>
+#include <thread>
+#include <vector>
+
+namespace kv {
+namespace {
+
+using namespace std::string_literals;
+
+std::string Text(const MediaMetadata& data, const std::string& name) {
+  const auto field = data.find(name);
+  if (field == data.end()) return "-";
+  if (const auto* text = std::get_if<std::string>(&field->second)) return *text;
+  if (const auto* number = std::get_if<std::int32_t>(&field->second)) {
+    return std::to_string(*number);
+  }
+  if (const auto* number = std::get_if<std::int64_t>(&field->second)) {
+    return std::to_string(*number);
+  }
+  if (const auto* list = std::get_if<std::vector<std::string>>(&field->second)) {
+    return "[" + list->at(0) + "]";
+  }
+  return std::get<BusPath>(field->second).path;
+}
+
+TEST(MediaMetadata, EveryFieldAndItsFallBack) {
+  using Tags = std::map<std::string, std::string>;
+  struct Case {
+    std::string target;
+    Tags tags;
+    std::map<std::string, std::string> fields;
+  };
+  const Case cases[] = {
+      {"/m/\xE9 1.mp3",
+       {},
+       {{"xesam:url", "file:///m/%E9%201.mp3"},
+        {"xesam:title", "\uFFFD 1"},
+        {"mpris:trackid", "/t"},
+        {"mpris:length", "1500000"},
+        {"mpris:artUrl", "file:///a"},
+        {"xesam:artist", "-"},
+        {"xesam:trackNumber", "-"}}},
+      {"/m/.hidden", {}, {{"xesam:title", ".hidden"}}},
+      {"/m/a.flac",
+       {{"title", "Song\n2"},
+        {"artist", "A"},
+        {"album", "B"},
+        {"album_artist", "C"},
+        {"genre", "Folk"},
+        {"track", "3/12"},
+        {"disc", "2"},
+        {"date", "1999-02"},
+        {"comment", "see http://me:pw@host/x"}},
+       {{"xesam:title", "Song 2"},
+        {"xesam:artist", "[A]"},
+        {"xesam:album", "B"},
+        {"xesam:albumArtist", "[C]"},
+        {"xesam:genre", "[Folk]"},
+        {"xesam:trackNumber", "3"},
+        {"xesam:discNumber", "2"},
+        {"xesam:contentCreated", "1999-02"},
+        {"xesam:comment", "[see http://host/x]"}}},
+      {"/m/a.mp3",
+       {{"track", "x"}, {"disc", "-4"}, {"date", "soon"}, {"title", " \t"}},
+       {{"xesam:trackNumber", "-"},
+        {"xesam:discNumber", "-"},
+        {"xesam:contentCreated", "-"},
+        {"xesam:title", "a"}}},
+      {"http://me:pw@host/a%20b.mp3?x=/y", {}, {{"xesam:url", "http://host/a%20b.mp3?x=/y"}}},
+      {"http://me:pw@host/live",
+       {{"icy-title", "Now"}, {"icy-name", "Radio"}},
+       {{"xesam:url", "http://host/live"}, {"xesam:title", "Now"}, {"xesam:album", "Radio"}}},
+  };
+  for (const Case& c : cases) {
+    PlayerState state;
+    state.target = c.target;
+    state.tags = &c.tags;
+    state.duration = 1.5;
+    const MediaMetadata data = BuildMetadata(state, "/t", "file:///a");
+    for (const auto& [name, value] : c.fields) EXPECT_EQ(Text(data, name), value) << c.target;
+    for (const auto& [name, value] : data)
+      EXPECT_EQ(Text(data, name).find("pw"), std::string::npos);
+  }
+  EXPECT_EQ(BuildMetadata({}, std::string(kNoTrack), "x").size(), 1U);
+}
+
+TEST(MediaMetadata, DatesByTheStandard) {
+  for (const auto& [text, date] :
+       std::map<std::string, std::string>{{"2003", "2003"},
+                                          {"2003-05-17", "2003-05-17"},
+                                          {"2003-05-17 10:00:00", "2003-05-17T10:00:00"},
+                                          {"2003-5", "2003"},
+                                          {"2003/05", "2003"},
+                                          {"20", ""},
+                                          {"May 2003", ""}}) {
+    EXPECT_EQ(ContentCreated(text), date);
+  }
+}
+
+std::string Big(std::size_t number, int bytes, unsigned bits = 8) {
+  std::string result;
+  for (int i = bytes; i-- > 0;) {
+    result += static_cast<char>((number >> (static_cast<unsigned>(i) * bits)) & ((1U << bits) - 1));
+  }
+  return result;
+}
+
+std::string Id3(char version, char flags, const std::string& body) {
+  return "ID3"s + version + '\0' + flags + Big(body.size(), 4, 7) + body;
+}
+
+std::string Box(const std::string& name, const std::string& content) {
+  return Big(content.size() + 8, 4) + name + content;
+}
+
+const std::string kJpeg = "\xFF\xD8\xFF\xE0 a picture of some size";
+const std::string kPng = "\x89PNG\r\n\x1A\n a picture";
+
+TEST(EmbeddedCover, EveryFormatAndNoBrokenOne) {
+  const std::string apic = "\0image/jpeg\0\3front\0"s + kJpeg;
+  const std::string other = "\0image/png\0\0icon\0"s + kPng;
+  const std::string wide = "\1image/jpeg\0\3\xFF\xFE"s + "f\0\0\0"s + kJpeg;
+  const auto frame = [](const std::string& id, const std::string& body, unsigned bits) {
+    return id + Big(body.size(), 4, bits) + "\0\0"s + body;
+  };
+  const std::string picture = Big(3, 4) + Big(10, 4) + "image/jpeg" + Big(0, 4) +
+                              std::string(16, '\0') + Big(kJpeg.size(), 4) + kJpeg;
+  const std::string data = Box("data", std::string(8, '\0') + kJpeg);
+  const std::string ilst = Box("ilst", Box("\xA9nam", "x") + Box("covr", data));
+  const std::string files[] = {
+      Id3(3, 0, frame("TIT2", "\0song"s, 8) + frame("APIC", other, 8) + frame("APIC", apic, 8)) +
+          "sound behind it",
+      Id3(4, 0, frame("APIC", wide, 7)) + "sound behind it",
+      Id3(2, 0, "PIC" + Big(apic.size() - 8, 3) + "\0JPG\3front\0"s + kJpeg) + "sound behind it",
+      "fLaC" + "\0"s + Big(34, 3) + std::string(34, 'i') + "\x86" + Big(picture.size(), 3) +
+          picture,
+      Box("ftyp", "M4A ") + Box("free", "xx") +
+          Box("moov", Box("mvhd", "x") + Box("udta", Box("meta", "\0\0\0\0"s + ilst))),
+  };
+  const TempFolder folder;
+  for (const std::string& file : files) {
+    const CoverPicture cover = FindEmbeddedCover(folder.Write("a", file));
+    EXPECT_TRUE(cover.bytes.starts_with(kJpeg)) << file;
+    EXPECT_EQ(cover.extension, ".jpg");
+    // Cut or spoilt anywhere, it holds the picture, a part of one, or none.
+    for (std::size_t at = 0; at < file.size(); at += 3) {
+      FindEmbeddedCover(folder.Write("a", file.substr(0, at)));
+      std::string spoilt = file;
+      spoilt[at] = '\xFF';
+      FindEmbeddedCover(folder.Write("a", spoilt));
+    }
+  }
+  EXPECT_EQ(PictureExtension("<svg onload=x>"), "");
+}
+
+TEST(CoverArt, IsWrittenForTheUserAloneAndGoesWithTheMedium) {
+  const TempFolder music;
+  const TempFolder runtime;
+  const std::string apic = "\0image/jpeg\0\3\0"s + kJpeg;
+  const std::string with = music.Write(
+      "with/a.mp3", Id3(3, 0, "APIC" + Big(apic.size(), 4) + "\0\0"s + apic) + "sound behind it");
+  const std::string beside = music.Write("beside/a.mp3", "sound behind nothing");
+  music.Write("beside/Folder.PNG", kPng);
+  music.Write("beside/front.jpg", kJpeg);
+  runtime.Write("kestrelview-cover-999999999-1.jpg", "of a player that was killed");
+  const auto wait = [](CoverArt& art, const std::string& path) {
+    std::string address;
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    while (address.empty() && std::chrono::steady_clock::now() < limit) {
+      address = art.Of(path);
+      std::this_thread::yield();  // it is looked for on a thread
+    }
+    return PathOfFileAddress(address);
+  };
+  {
+    CoverArt art(runtime.Path());
+    const std::string file = wait(art, with);
+    struct stat info {};
+    ASSERT_EQ(stat(file.c_str(), &info), 0) << file;
+    EXPECT_EQ(info.st_mode & 0777U, 0600U);
+    EXPECT_EQ(runtime.Entries(), 1);
+    EXPECT_EQ(wait(art, beside), music.Path("beside/Folder.PNG"));
+    EXPECT_EQ(runtime.Entries(), 0);
+    EXPECT_NE(wait(art, with), file);  // clients remember a picture by its address
+    EXPECT_EQ(art.Of("http://host/a.mp3"), "");
+    wait(art, with);
+  }
+  EXPECT_EQ(runtime.Entries(), 0);
+}
+
+}  // namespace
+}  // namespace kv

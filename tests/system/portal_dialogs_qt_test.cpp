@@ -1,0 +1,197 @@
+#include "support/private_bus_qt.h"
+#include "system/dialogs_qt.h"
+
+#include <QApplication>
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QDBusVirtualObject>
+#include <QDialog>
+#include <QFileDialog>
+#include <QTimer>
+
+#include <csignal>
+#include <functional>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/types.h>
+#include <utility>
+
+namespace kv {
+namespace {
+
+const QString kService = QStringLiteral("org.freedesktop.portal.Desktop");
+
+// The desktop's side of the dialogs: notes what it is asked, and answers as it is told.
+class FakePortal : public QDBusVirtualObject {
+  Q_OBJECT
+
+ public:
+  explicit FakePortal(const QDBusConnection& bus) : bus_(bus) {
+    bus_.registerVirtualObject(QStringLiteral("/org/freedesktop/portal"), this,
+                               QDBusConnection::SubPath);
+    bus_.registerService(kService);
+  }
+
+  std::function<void()> asked;  // instead of an answer
+  bool refuse = false;
+  bool own_handle = false;  // as portals did before callers could tell it beforehand
+  uint response = 0;
+  QVariantMap results;
+  QString method;
+  QString title;
+  QVariantMap options;
+  int closed = 0;
+
+  QString introspect(const QString& /*path*/) const override { return {}; }
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*bus*/) override {
+    if (message.member() == QLatin1String("Close")) {
+      ++closed;
+      return true;
+    }
+    method = message.member();
+    title = message.arguments()[1].toString();
+    options = qdbus_cast<QVariantMap>(message.arguments()[2].value<QDBusArgument>());
+    if (refuse) {
+      bus_.send(message.createErrorReply(QStringLiteral("org.freedesktop.DBus.Error.UnknownMethod"),
+                                         QStringLiteral("no")));
+      return true;
+    }
+    QString handle = QStringLiteral("/org/freedesktop/portal/mine");
+    if (!own_handle) {
+      QString sender = message.service().mid(1);
+      sender.replace(QLatin1Char('.'), QLatin1Char('_'));
+      handle = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2")
+                   .arg(sender, options.value(QStringLiteral("handle_token")).toString());
+    }
+    bus_.send(message.createReply(QVariant::fromValue(QDBusObjectPath(handle))));
+    if (asked) {
+      asked();
+      return true;
+    }
+    // A user takes a moment, in which an older caller listens to the handle it was given.
+    QTimer::singleShot(own_handle ? 100 : 0, this, [this, handle] {
+      QDBusMessage answer = QDBusMessage::createSignal(
+          handle, QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
+      answer << response << results;
+      bus_.send(answer);
+    });
+    return true;
+  }
+
+  std::string Bytes(const char* option) const {
+    return options.value(QString::fromLatin1(option)).toByteArray().toStdString();
+  }
+
+ private:
+  QDBusConnection bus_;
+};
+
+class PortalDialogs : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!bus_.Runs()) GTEST_SKIP() << "no dbus-daemon";
+    dialogs_.UsePortal(bus_.Connect());
+  }
+  static QVariantMap Uris(const char* uri) {
+    return {{QStringLiteral("uris"), QStringList(QString::fromLatin1(uri))}};
+  }
+  // Presses Cancel in the toolkit's dialog; `seen_` tells that there was one.
+  void CancelOwnDialog() {
+    auto* const timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, timer, [this, timer] {
+      auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      timer->deleteLater();
+      timer->stop();
+      seen_ = true;
+      dialog->reject();
+    });
+    timer->start(10);
+  }
+
+  PrivateBus bus_;
+  DialogsQt dialogs_;
+  bool seen_ = false;
+};
+
+TEST_F(PortalDialogs, AskInThePlayersTermsAndBringBytesBack) {
+  FakePortal portal(bus_.Connect());
+  FileDialogRequest request;
+  request.title = "Open movie";
+  request.filter = "Media|*.mp3;*.wav|All|*.*";
+  request.folder = "/m\xE9/";
+  for (const bool own_handle : {false, true}) {
+    portal.own_handle = own_handle;
+    portal.results = Uris("file:///m%E9/a%20b.mp3");
+    const FileDialogResult result = dialogs_.ShowFileDialog(request);
+    EXPECT_TRUE(result.accepted);
+    EXPECT_EQ(result.file_name, "/m\xE9/a b.mp3");
+    EXPECT_EQ(result.title, "a b.mp3");
+    EXPECT_EQ(portal.method, QLatin1String("OpenFile"));
+    EXPECT_EQ(portal.title, QLatin1String("Open movie"));
+    EXPECT_EQ(portal.Bytes("current_folder"), std::string("/m\xE9/\0", 5));
+    const auto filters = portal.options.value(QStringLiteral("filters")).value<QDBusArgument>();
+    EXPECT_EQ(filters.currentSignature(), QLatin1String("a(sa(us))"));
+  }
+  portal.own_handle = false;
+  request.save = true;
+  request.file_name = "copy.mp3";
+  dialogs_.ShowFileDialog(request);
+  EXPECT_EQ(portal.method, QLatin1String("SaveFile"));
+  EXPECT_EQ(portal.options.value(QStringLiteral("current_name")).toString(),
+            QLatin1String("copy.mp3"));
+  portal.results = Uris("file:///music");
+  EXPECT_EQ(dialogs_.BrowseForFolderDialog("Folder"), "/music");
+  EXPECT_TRUE(portal.options.value(QStringLiteral("directory")).toBool());
+  portal.response = 1;
+  EXPECT_FALSE(dialogs_.ShowFileDialog(request).accepted);
+  EXPECT_EQ(portal.closed, 0);
+  EXPECT_FALSE(seen_);
+}
+
+TEST_F(PortalDialogs, TheToolkitAsksWhereNobodyElseDoes) {
+  CancelOwnDialog();
+  EXPECT_FALSE(dialogs_.ShowFileDialog({}).accepted);
+  EXPECT_TRUE(std::exchange(seen_, false)) << "no portal";
+  FakePortal portal(bus_.Connect());
+  portal.refuse = true;
+  CancelOwnDialog();
+  dialogs_.ShowFileDialog({});
+  EXPECT_TRUE(std::exchange(seen_, false)) << "a portal without file dialogs";
+  portal.refuse = false;
+  portal.response = 2;
+  CancelOwnDialog();
+  dialogs_.ShowFileDialog({});
+  EXPECT_TRUE(std::exchange(seen_, false)) << "a portal whose dialog has failed";
+  kill(static_cast<pid_t>(bus_.Daemon().processId()), SIGSTOP);
+  for (int i = 0; i < 2; ++i) {
+    CancelOwnDialog();
+    dialogs_.ShowFileDialog({});
+    EXPECT_TRUE(std::exchange(seen_, false)) << "a bus that hangs";
+  }
+  kill(static_cast<pid_t>(bus_.Daemon().processId()), SIGCONT);
+}
+
+TEST_F(PortalDialogs, EndWithTheProgramAndWithTheirOwner) {
+  FakePortal portal(bus_.Connect());
+  portal.asked = [] {
+    // What the end of a login session does to a question that is open.
+    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    dialog->done(QDialog::Rejected);
+  };
+  EXPECT_FALSE(dialogs_.ShowFileDialog({}).accepted);
+  EXPECT_TRUE(WaitFor([&] { return portal.closed == 1; }));
+  auto* const owner = new QWidget;
+  DialogsQt owned(owner);
+  owned.UsePortal(bus_.Connect());
+  portal.asked = [owner] { delete owner; };
+  EXPECT_FALSE(owned.ShowFileDialog({}).accepted);
+  EXPECT_TRUE(WaitFor([&] { return portal.closed == 2; }));
+  EXPECT_FALSE(seen_);
+}
+
+}  // namespace
+}  // namespace kv
+
+#include "portal_dialogs_qt_test.moc"
