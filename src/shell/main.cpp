@@ -1,6 +1,8 @@
 // The program's entry: hands its path to a player that runs, or becomes that player.
 
 #include "desktop/bus_probe.h"
+#include "desktop/remote_player_qt.h"
+#include "desktop/start_option.h"
 #include "engine/mpv_engine.h"
 #include "shell/command_line.h"
 #include "shell/exit_guard.h"
@@ -43,6 +45,25 @@ constexpr int kShutdownMilliseconds = 800;
 std::string WorkingFolder() {
   std::array<char, PATH_MAX> folder{};
   return getcwd(folder.data(), folder.size()) != nullptr ? folder.data() : "";
+}
+
+int RunOption(int argc, char** argv, const kv::StartOption& option,
+              const kv::ProgramFolder& folder) {
+  using Kind = kv::StartOption::Kind;
+  kv::BindTranslations(folder.LocaleFolder());
+  if (option.kind == Kind::kTellUsage) {
+    std::fputs(kv::UsageText().c_str(), stdout);
+  } else if (option.kind == Kind::kTellVersion) {
+    std::puts("kestrelview " KV_VERSION);
+  } else {
+    kv::LeaveSilentBus();
+    const QCoreApplication application(argc, argv);
+    if (!kv::CallRunningPlayer(option.method)) {
+      std::fprintf(stderr, "kestrelview: %s\n", kv::Tr("No player is running."));
+      return EXIT_FAILURE;
+    }
+  }
+  return EXIT_SUCCESS;
 }
 
 bool HandOverToRunningPlayer(const kv::RawCommandLine& arguments, const std::string& socket) {
@@ -124,9 +145,12 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
 }  // namespace
 
 int main(int argc, char** argv) {
-  const kv::RawCommandLine arguments = kv::JoinArguments(
-      std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc), WorkingFolder());
+  const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
   const kv::ProgramFolder folder(kv::AppFolderSources::OfThisProcess());
+  if (const kv::StartOption* const option = kv::StartOptionOf(words)) {
+    return RunOption(argc, argv, *option, folder);
+  }
+  const kv::RawCommandLine arguments = kv::JoinArguments(words, WorkingFolder());
   const std::string socket = kv::HandOverSocketPath(folder.AppFolder());
   if (HandOverToRunningPlayer(arguments, socket)) return EXIT_SUCCESS;
   return RunPlayer(argc, argv, arguments, folder, socket);

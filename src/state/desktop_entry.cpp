@@ -49,7 +49,9 @@ std::string DesktopEntryFor(const std::string& program, const std::string& icon)
     const std::string_view line = kDesktopEntryText.substr(at, end - at);
     at = end + 1;
     if (line.starts_with("Exec=")) {
-      result += "Exec=" + QuotedForExec(program) + " %f";
+      // What stands behind the program's name: a file, or the option of an action.
+      result += "Exec=" + QuotedForExec(program);
+      if (const std::size_t rest = line.find(' '); rest != line.npos) result += line.substr(rest);
     } else if (line.starts_with("TryExec=")) {
       result += "TryExec=" + Escaped(program);
     } else if (line.starts_with("Icon=") && !icon.empty()) {
@@ -58,8 +60,9 @@ std::string DesktopEntryFor(const std::string& program, const std::string& icon)
       result += line;
     }
     result += '\n';
+    if (line == "[Desktop Entry]") result.append(kMark) += '\n';
   }
-  return result + std::string(kMark) + '\n';
+  return result;
 }
 
 bool IsOwnDesktopEntry(std::string_view text) {

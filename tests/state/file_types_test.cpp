@@ -71,6 +71,7 @@ TEST(DesktopEntry, NamesTheProgramWhereItLies) {
   EXPECT_NE(entry.find("\nTryExec=/opt/a b/k\n"), entry.npos);
   EXPECT_NE(entry.find("\nIcon=/opt/i.svg\n"), entry.npos);
   EXPECT_NE(entry.find("\nMimeType=video/mp4;"), entry.npos);
+  EXPECT_NE(entry.find("\nExec=\"/opt/a b/k\" --next\n"), entry.npos);
   EXPECT_TRUE(IsOwnDesktopEntry(entry));
 }
 
