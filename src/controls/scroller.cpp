@@ -1,6 +1,7 @@
 #include "controls/scroller.h"
 
 #include "controls/color_qt.h"
+#include "controls/surface_events_qt.h"
 #include "system/translation_qt.h"
 
 #include <QAction>
@@ -24,22 +25,6 @@ namespace {
 // A comfortable length for a slider that nobody has sized, and the least that can be aimed at.
 constexpr int kLength = 120;
 constexpr int kLeastLength = 33;
-
-std::int16_t ButtonMask(Qt::MouseButtons buttons) {
-  int mask = 0;
-  if (buttons.testFlag(Qt::LeftButton)) mask |= kLeftButton;
-  if (buttons.testFlag(Qt::RightButton)) mask |= kRightButton;
-  if (buttons.testFlag(Qt::MiddleButton)) mask |= kMiddleButton;
-  return static_cast<std::int16_t>(mask);
-}
-
-std::int16_t ShiftMask(Qt::KeyboardModifiers modifiers) {
-  int mask = 0;
-  if (modifiers.testFlag(Qt::ShiftModifier)) mask |= kShiftKey;
-  if (modifiers.testFlag(Qt::ControlModifier)) mask |= kCtrlKey;
-  if (modifiers.testFlag(Qt::AltModifier)) mask |= kAltKey;
-  return static_cast<std::int16_t>(mask);
-}
 
 // The model's code of a key; 0 for every key that means nothing to it.
 std::int16_t KeyCode(const QKeyEvent& event) {

@@ -3,8 +3,6 @@
 #include "controls/scroller_model.h"
 
 namespace kv {
-namespace {
-
 std::int16_t ButtonMask(Qt::MouseButtons buttons) {
   int mask = 0;
   if (buttons.testFlag(Qt::LeftButton)) mask |= kLeftButton;
@@ -20,6 +18,8 @@ std::int16_t ShiftMask(Qt::KeyboardModifiers modifiers) {
   if (modifiers.testFlag(Qt::AltModifier)) mask |= kAltKey;
   return static_cast<std::int16_t>(mask);
 }
+
+namespace {
 
 bool Raise(const SurfaceEvents::Handler& handler, std::int16_t button, const QMouseEvent& event) {
   if (!handler) return false;

@@ -17,6 +17,10 @@ struct SurfaceEvents {
   Handler MouseMove;
 };
 
+// The buttons and modifier keys as masks of those numbers.
+std::int16_t ButtonMask(Qt::MouseButtons buttons);
+std::int16_t ShiftMask(Qt::KeyboardModifiers modifiers);
+
 // Raises `handler` for a press or release. False when nobody hears it, or for another button.
 bool RaiseButton(const SurfaceEvents::Handler& handler, const QMouseEvent& event);
 

@@ -16,8 +16,14 @@ struct Option {
   const char* value;
 };
 
+// A description of a broadcast, whatever it is called, would open ports that anybody can send to,
+// and a script of parts other local files: these are all that a medium is made of.
+constexpr char kProtocols[] = "protocol_whitelist=[http,https,tls,tcp,crypto,data,httpproxy]";
+
 // The player decides everything itself: no configuration, scripts, keys or helper programs of the
 // engine's own; a medium is held at its end until the player says what follows.
+// One a line.
+// clang-format off
 constexpr std::array kOptions = {
     Option{"config", "no"},
     Option{"load-scripts", "no"},
@@ -51,12 +57,10 @@ constexpr std::array kOptions = {
     Option{"save-position-on-quit", "no"},
     Option{"resume-playback", "no"},
     Option{"load-unsafe-playlists", "no"},
-    // A description of a broadcast, whatever it is called, would open ports that anybody can send
-    // to, and a script of parts other local files: these are all that a medium is made of.
-    Option{"demuxer-lavf-o",
-           "protocol_whitelist=[http,https,tls,tcp,crypto,data,httpproxy]"},
+    Option{"demuxer-lavf-o", kProtocols},
     Option{"tls-verify", "yes"},  // against the system's own certificates
 };
+// clang-format on
 
 // Tells the change of the sound output from those that the listener has asked for.
 // What a core that is not stuck may take to answer, on a machine that has much else to do.

@@ -118,7 +118,7 @@ void MpvGraph::StartLoading(const std::string& target, bool remote) {
   MpvCore& core = engine_.Core();
   engine_.ResetBalance();
   // What goes wrong with a certificate is told nowhere else.
-  Mpv().request_log_messages(core.Handle(), remote ? "error" : "no");
+  if (core.Valid()) Mpv().request_log_messages(core.Handle(), remote ? "error" : "no");
   core.SetFlag("pause", true);
   core.SetDouble("speed", 1.0);
   core.SetDouble("volume", CoreVolume(kFullVolume));
@@ -487,7 +487,8 @@ void MpvGraph::OnEndFile(const mpv_event_end_file& end) {
 
 void MpvGraph::OnPlaybackRestart() {
   if (started_ != entry_) return;
-  // The restart of an earlier jump, or of the load, says nothing about one that has been sent since.
+  // The restart of an earlier jump, or of the load, says nothing about one that has been sent
+  // since.
   if (seek_request_ == 0) {
     // A jump from the end to the end is no change of the observed property.
     ended_request_ = engine_.Core().Ask("eof-reached", MPV_FORMAT_FLAG);

@@ -124,8 +124,9 @@ bool Navigation::IsGone(int index) const {
 }
 
 void Navigation::TellGone(int index) {
-  dialogs_.ShowMessageBox({Fill(Tr("Error! Unable to load file:\n\"%1\""), ShownName(playlist_.Item(index))),
-                           BoxIcon::kStop, BoxButtons::kOk, ""});
+  dialogs_.ShowMessageBox(
+      {Fill(Tr("Error! Unable to load file:\n\"%1\""), ShownName(playlist_.Item(index))),
+       BoxIcon::kStop, BoxButtons::kOk, ""});
 }
 
 void Navigation::Select() {

@@ -17,12 +17,12 @@ class MpegHeaderInfo {
   // Reads the file; true when it holds MPEG audio that can be measured. All others answer 0 or
   // empty until it has.
   virtual bool IsValid(const std::string& path) = 0;
-  virtual double Duration() const = 0;      // seconds
-  virtual int Bitrate() const = 0;          // kbit/s, the average where it varies
-  virtual int Frequency() const = 0;        // Hz
-  virtual std::string Mode() const = 0;     // "Stereo", "Joint stereo", "Dual channel", "Mono"
-  virtual int HeaderValue() const = 0;      // second byte of the first frame header, 0 to 255:
-                                            // version, layer and protection
+  virtual double Duration() const = 0;   // seconds
+  virtual int Bitrate() const = 0;       // kbit/s, the average where it varies
+  virtual int Frequency() const = 0;     // Hz
+  virtual std::string Mode() const = 0;  // "Stereo", "Joint stereo", "Dual channel", "Mono"
+  virtual int HeaderValue() const = 0;   // second byte of the first frame header, 0 to 255:
+                                         // version, layer and protection
 };
 
 // A tag: ID3v1 behind the primary reader, ID3v2 behind the secondary. Texts are UTF-8.

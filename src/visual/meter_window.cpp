@@ -73,7 +73,8 @@ void MeterWindow::Form_QueryUnload(MeterUnloadMode mode) {
   settings.VumeterVisible = FromBool(mode != MeterUnloadMode::kUser && !ClosedByEscape_);
   parts_.VuMeter1.Stop();
   parts_.hosting.SetWindowMeter(nullptr);
-  if (mode == MeterUnloadMode::kUser && IsOn(settings.ShowVuMeter)) parts_.form.EnableUpdateVuRunning();
+  if (mode == MeterUnloadMode::kUser && IsOn(settings.ShowVuMeter))
+    parts_.form.EnableUpdateVuRunning();
   // The place is read before anything pumps: the window may be gone afterwards.
   SavePlace();
   if (!IsOn(settings.ShowVuMeter) && IsOn(settings.UseExternalPlugin) &&

@@ -8,9 +8,12 @@ namespace {
 
 TEST(StartOptions, StandAlone) {
   EXPECT_STREQ(StartOptionOf({"--next"})->method, "Next");
-  for (const std::vector<std::string>& name :
-       {std::vector<std::string>{}, {"./--next"}, {"--next", "a.mp3"}, {"-debug", "--next"},
-        {"--nextt"}, {"/m/a --next"}}) {
+  for (const std::vector<std::string>& name : {std::vector<std::string>{},
+                                               {"./--next"},
+                                               {"--next", "a.mp3"},
+                                               {"-debug", "--next"},
+                                               {"--nextt"},
+                                               {"/m/a --next"}}) {
     EXPECT_EQ(StartOptionOf(name), nullptr);
   }
   for (const StartOption& option : StartOptions()) {
