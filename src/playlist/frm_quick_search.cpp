@@ -39,7 +39,7 @@ int FoundLines::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant FoundLines::data(const QModelIndex& index, int role) const {
-  if (role != Qt::DisplayRole || index.row() >= rowCount()) return {};
+  if (role != Qt::DisplayRole || !index.isValid() || index.row() >= rowCount()) return {};
   return ToQString(ShownText(search_.Lines()[static_cast<std::size_t>(index.row())], kLongestLine));
 }
 

@@ -1,5 +1,6 @@
 #include "playlist/list_adding.h"
 
+#include "system/ask_aside.h"
 #include "system/files.h"
 #include "system/name_tests.h"
 #include "system/paths.h"
@@ -37,24 +38,22 @@ struct OpenFolder {
   std::size_t next = 0;  // the subfolder to enter
 };
 
-// False when it cannot be read, or when it lies inside itself by a link.
-bool Enter(std::string folder, std::vector<OpenFolder>& road) {
-  if (!folder.ends_with('/')) folder += '/';
-  const std::optional<FolderId> id = IdOf(folder);
-  if (!id) return false;
-  const bool inside_itself = std::any_of(road.begin(), road.end(),
-                                         [&](const OpenFolder& above) { return above.id == *id; });
-  if (inside_itself) return false;
-  std::vector<std::string> subfolders = ListSubFolders(folder);
-  road.push_back({std::move(folder), *id, std::move(subfolders)});
-  return true;
-}
+// What the disk says of a folder; no `id` when it cannot be read.
+struct FolderContent {
+  std::optional<FolderId> id;
+  std::vector<std::string> subfolders;
+};
 
 }  // namespace
 
 ListAdding::ListAdding(ListAddingHost& host, OSTList& playlist, Session& session, Dialogs& dialogs,
                        MessagePump& pump)
     : host_(host), playlist_(playlist), session_(session), dialogs_(dialogs), pump_(pump) {}
+
+template <class Question>
+auto ListAdding::Ask(Question question) {
+  return AskAside(std::move(question), pump_, [this] { return Stopped(); });
+}
 
 void ListAdding::AddFileToList(const std::string& path) {
   if (IsM3UFile(path) || !IsPlayableName(path, session_.SupportedExtensions)) return;
@@ -77,12 +76,14 @@ void ListAdding::AddFileToList(const std::string& path) {
 void ListAdding::AddFolderToList(const std::string& path) {
   if (Stopped() || Full()) return;
   session_.PlaylistDirty = true;
-  if (FolderExists(path)) {
+  const std::optional<bool> is_folder = Ask([path] { return FolderExists(path); });
+  if (!is_folder) return;
+  if (*is_folder) {
     AddTree(path);
     return;
   }
   PumpNowAndThen();
-  if (Stopped() || !FileExists(path)) return;
+  if (Stopped() || !Ask([path] { return FileExists(path); }).value_or(false)) return;
   if (Full()) {
     dialogs_.ShowMessageBox(
         {Fill(Tr("Can't add more than %1 files to the playlist. Save and make several playlists!"),
@@ -102,14 +103,27 @@ void ListAdding::PumpNowAndThen() {
 // The folders on the way are kept here and not on the call stack, which a deep tree would overflow.
 void ListAdding::AddTree(const std::string& top) {
   std::vector<OpenFolder> road;
-  Enter(top, road);
+  // Leaves out what cannot be read and what lies inside itself by a link.
+  const auto enter = [this, &road](std::string folder) {
+    if (!folder.ends_with('/')) folder += '/';
+    std::optional<FolderContent> content = Ask([folder] {
+      return FolderContent{IdOf(folder), ListSubFolders(folder)};
+    });
+    if (!content || !content->id) return;
+    const FolderId id = *content->id;
+    const bool inside_itself = std::any_of(
+        road.begin(), road.end(), [&id](const OpenFolder& above) { return above.id == id; });
+    if (inside_itself) return;
+    road.push_back({std::move(folder), id, std::move(content->subfolders)});
+  };
+  enter(top);
   while (!road.empty()) {
     pump_.PumpOnce();  // once for each folder, also where nothing is found
     if (Stopped() || Full()) return;
     session_.PlaylistDirty = true;
     OpenFolder& here = road.back();
     if (here.next < here.subfolders.size()) {
-      Enter(here.path + here.subfolders[here.next++], road);  // `here` may be gone now
+      enter(here.path + here.subfolders[here.next++]);  // `here` may be gone now
       continue;
     }
     AddFilesOf(here.path);
@@ -118,7 +132,10 @@ void ListAdding::AddTree(const std::string& top) {
 }
 
 void ListAdding::AddFilesOf(const std::string& folder) {
-  for (const std::string& name : ListFilesInFolder(folder, session_.SupportedExtensions)) {
+  const std::optional<std::vector<std::string>> names = Ask(
+      [folder, types = session_.SupportedExtensions] { return ListFilesInFolder(folder, types); });
+  if (!names) return;
+  for (const std::string& name : *names) {
     if (Stopped() || Full()) return;
     AddFileToList(folder + name);
     PumpNowAndThen();
@@ -131,8 +148,9 @@ void ListAdding::AddFilesOrFolders(std::vector<std::string> files) {
     return;
   }
   if (files.empty()) return;
-  const bool one_file = files.size() == 1 && !FolderExists(files.front());
   host_.SetBusyPointer(true);
+  const bool one_file = files.size() == 1 &&
+                        !Ask([path = files.front()] { return FolderExists(path); }).value_or(false);
   pump_.PumpOnce();
   if (!session_.Unloading) {
     if (one_file && IsM3UFile(files.front())) {

@@ -1,8 +1,9 @@
 // How media enter the playlist: single files, whole folders, what is dropped on a window.
 //
 // A folder walk pumps messages as it goes, so that its Cancel button and the program's end are
-// heard; what has been added by then stays. Names are bytes and reach the list as the file system
-// gives them. Owned by `frmMain`; interface thread only.
+// heard, also where a network folder does not answer; what has been added by then stays. Names are
+// bytes and reach the list as the file system gives them. Owned by `frmMain`; interface thread
+// only.
 #pragma once
 
 #include "playlist/list_window.h"
@@ -52,6 +53,9 @@ class ListAdding {
   bool Full() const { return playlist_.Count() >= kPlaylistLimit; }
   bool Stopped() const { return session_.ScanAbort || session_.Unloading; }
   void PumpNowAndThen();
+  // What the disk answers, asked aside; none when the walk is stopped meanwhile. Pumps.
+  template <class Question>
+  auto Ask(Question question);
   void AddTree(const std::string& top);
   void AddFilesOf(const std::string& folder);
   void AddEach(const std::vector<std::string>& files, bool tell_full);

@@ -231,7 +231,8 @@ void PlaylistView::selectionChanged(const QItemSelection& selected,
 
 void PlaylistView::FollowRows(int first, int last) {
   if (following_ || last < first || last > model_.rowCount()) return;
-  // To take many rows out of the toolkit's selection costs the square of their gaps.
+  // To take many rows out of the toolkit's selection costs the square of their gaps; to forget it
+  // and begin again does not.
   const bool anew = last - first >= kManyRows;
   if (anew) {
     first = 1;
@@ -249,7 +250,11 @@ void PlaylistView::FollowRows(int first, int last) {
   }
   following_ = true;
   if (anew) {
-    selectionModel()->select(on, QItemSelectionModel::ClearAndSelect);
+    const QPersistentModelIndex current = currentIndex();
+    selectionModel()->reset();
+    selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(on, QItemSelectionModel::Select);
+    viewport()->update();
   } else {
     selectionModel()->select(off, QItemSelectionModel::Deselect);
     selectionModel()->select(on, QItemSelectionModel::Select);

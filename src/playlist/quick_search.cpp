@@ -45,6 +45,10 @@ QuickSearch::Start QuickSearch::Form_Load() {
   // Between the two stars, so that typing makes a pattern that matches anywhere in a text.
   start.caret = start.text == "**" ? 1 : CharacterCount(start.text);
   Text1_Change(start.text);
+  // The first key is not to wait for what can be done while the window comes up.
+  if (session_.PlaylistWindowLoaded) {
+    for (int row = 1; row <= rows_.RowCount(); ++row) rows_.Folded(row);
+  }
   return start;
 }
 

@@ -23,6 +23,7 @@
 
 #include <QApplication>
 #include <QLibraryInfo>
+#include <QPixmapCache>
 #include <QSessionManager>
 #include <QTranslator>
 
@@ -31,6 +32,7 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <malloc.h>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -41,6 +43,13 @@ namespace {
 constexpr int kHandOverMilliseconds = 2000;
 // What the engine is given to end in; a stuck sound or network library is left behind.
 constexpr int kShutdownMilliseconds = 800;
+// Larger buffers go back to the system when they are freed. The engine has a thread for each of its
+// jobs and a medium's packets are ten megabytes; left to itself the C library keeps as much for
+// every thread that ever held them, half the player's memory after some hundred media.
+constexpr int kLargeBuffer = 1 << 20;
+// What the toolkit keeps of drawn pictures, in kilobytes. A dialog that is opened again is drawn
+// with new keys, so that more would be filled with what is never found again.
+constexpr int kPictureCache = 2048;
 
 std::string WorkingFolder() {
   std::array<char, PATH_MAX> folder{};
@@ -75,6 +84,7 @@ bool HandOverToRunningPlayer(const kv::RawCommandLine& arguments, const std::str
 
 int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
               const kv::ProgramFolder& folder, const std::string& socket) {
+  mallopt(M_MMAP_THRESHOLD, kLargeBuffer);
   kv::Trace trace;
   trace.Write("start");
   kv::LeaveSilentBus();
@@ -86,6 +96,7 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
     qputenv("QT_XCB_GL_INTEGRATION", "none");
   }
   QApplication application(argc, argv);
+  QPixmapCache::setCacheLimit(kPictureCache);
   // Every window, box and dialog looks the same and takes the colours of the scheme; the styles of
   // some desktops do not.
   QApplication::setStyle(new kv::DialogStyle);

@@ -113,8 +113,9 @@ void ScreenRoom::Form_Resize() {
   const WindowState state = State();
   parts_.settings.LastWindowState = static_cast<std::int16_t>(state);
   if (state == WindowState::kMinimised && tray_.Visible()) {
-    form.hide();
+    // In this order: on X11 taking a window out of the minimised state maps it.
     form.setWindowState(form.windowState() & ~Qt::WindowMinimized);
+    form.hide();
   }
   if (State() != PreviousWindowState_) host_.SetVumeterVisible();
   PreviousWindowState_ = State();

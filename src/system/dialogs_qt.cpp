@@ -1,5 +1,8 @@
 #include "system/dialogs_qt.h"
 
+#include "system/file_descriptor.h"
+#include "system/files.h"
+#include "system/paths.h"
 #include "system/text_platform_qt.h"
 
 #include <QApplication>
@@ -7,13 +10,18 @@
 #include <QColorDialog>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFontMetrics>
 #include <QGridLayout>
 #include <QMessageBox>
+#include <QMimeDatabase>
+#include <QSettings>
 #include <QStringList>
 
 #include <algorithm>
 #include <array>
+#include <fcntl.h>
+#include <type_traits>
 #include <utility>
 
 namespace kv {
@@ -138,11 +146,42 @@ void MakeRoomForTitle(QMessageBox& box) {
   grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
 }
 
+// The toolkit's dialogs keep the folders that the user has been to in a file of their own, which
+// they would make readable by everybody. One that is there keeps its mode.
+void KeepHistoryPrivate() {
+  const QSettings history(QSettings::UserScope, QStringLiteral("QtProject"));
+  const std::string path = FromName(history.fileName());
+  if (!CreateFolders(FolderOfPath(path))) return;
+  const FileDescriptor made(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+}
+
+// Icons and types by the names of files alone. The toolkit's own open each file to look into it,
+// and some, as the kernel's log in "/proc", let whoever reads them wait for ever.
+class IconsByName : public QFileIconProvider {
+ public:
+  using QFileIconProvider::icon;
+  QIcon icon(const QFileInfo& file) const override {
+    const QIcon plain = QFileIconProvider::icon(file.isDir() ? Folder : File);
+    return QIcon::fromTheme(TypeOf(file).iconName(), plain);
+  }
+  QString type(const QFileInfo& file) const override { return TypeOf(file).comment(); }
+
+ private:
+  QMimeType TypeOf(const QFileInfo& file) const {
+    return types_.mimeTypeForFile(file, QMimeDatabase::MatchExtension);
+  }
+
+  QMimeDatabase types_;
+};
+
 // A dialog for one question. While it is open its owner may be destroyed, and takes it along.
 template <typename T>
 class Modal {
  public:
-  explicit Modal(QWidget* owner) : dialog_(new T(owner)) {}
+  explicit Modal(QWidget* owner) {
+    if constexpr (!std::is_same_v<T, QMessageBox>) KeepHistoryPrivate();
+    dialog_ = new T(owner);
+  }
   Modal(const Modal&) = delete;
   Modal& operator=(const Modal&) = delete;
   ~Modal() { delete dialog_.data(); }
@@ -201,7 +240,9 @@ FileDialogResult DialogsQt::ShowFileDialog(const FileDialogRequest& request) {
     if (!answer.path.empty()) last_group_.insert(filter, answer.group);
     return ResultOf(answer.path);
   }
+  IconsByName icons;
   const Modal<QFileDialog> dialog(Owner());
+  dialog->setIconProvider(&icons);
   dialog->setWindowTitle(ToQString(request.title));
   dialog->setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog->setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
@@ -240,7 +281,9 @@ std::string DialogsQt::BrowseDirectorysOnly(const std::string& title, const std:
   const PortalFileAnswer answer =
       AskPortal({PortalFileQuestion::Kind::kFolder, ToQString(title), {}, {}, start, {}});
   if (answer.kind != PortalFileAnswer::Kind::kNone) return answer.path;
+  IconsByName icons;
   const Modal<QFileDialog> dialog(Owner());
+  dialog->setIconProvider(&icons);
   dialog->setWindowTitle(ToQString(title));
   dialog->setFileMode(QFileDialog::Directory);
   dialog->setOption(QFileDialog::ShowDirsOnly);

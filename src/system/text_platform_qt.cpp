@@ -14,6 +14,11 @@ std::string Mapped(std::string_view text, Map map) {
   std::string result;
   result.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
+    if (const auto byte = static_cast<unsigned char>(text[at]); byte < 0x80) {
+      result += static_cast<char>(map(byte));
+      ++at;
+      continue;
+    }
     const Utf8Char next = DecodeUtf8(text, at);
     if (next.valid) {
       AppendUtf8(result, map(next.code));

@@ -151,8 +151,11 @@ void VuMeterWidget::paintEvent(QPaintEvent* /*event*/) {
   const QTransform device = painter.deviceTransform();
   const double scale = device.m11();
   if (surface_shown_) {
-    painter.fillRect(rect(), ToQColor(meter_->Properties().backcolor, palette()));
-    if (!surface_image_.isNull()) painter.drawImage(QRectF(rect()), surface_image_);
+    if (surface_image_.isNull()) {
+      painter.fillRect(rect(), ToQColor(meter_->Properties().backcolor, palette()));
+    } else {
+      painter.drawImage(QRectF(rect()), surface_image_);
+    }
     return;
   }
   const VuLook look = Look(scale);

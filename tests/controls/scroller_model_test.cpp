@@ -7,7 +7,6 @@
 #include "support/fake_pump.h"
 
 #include <cmath>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
 #include <memory>
@@ -18,25 +17,14 @@
 namespace kv {
 namespace {
 
-using testing::ElementsAre;
-
 class FakeSurface : public ScrollerSurface {
  public:
-  void Resize(float width, float height) override {
-    size = {width, height};
-    ++resizes;
-  }
-  void PropertyChanged(std::string_view key) override { keys.emplace_back(key); }
-  std::string ToolTipText() const override { return "host tip"; }
-  std::optional<SetMenuItem> PopUpSetMenu(const SetMenuCaptions& captions) override {
-    captions_shown = captions.file + "/" + captions.set_to_mid;
+  void Resize(float width, float height) override { size = {width, height}; }
+  std::optional<SetMenuItem> PopUpSetMenu(const SetMenuCaptions& /*captions*/) override {
     return pick;
   }
 
-  std::vector<std::string> keys;
   KnobSize size;
-  int resizes = 0;
-  std::string captions_shown;
   std::optional<SetMenuItem> pick;
 };
 
@@ -48,7 +36,6 @@ struct Bench {
     properties.min = min;
     properties.max = max;
     properties.value = min;
-    properties.caption = "caption";
     model.LoadProperties(properties);
     const bool vertical = direction == ScrollerDirection::kVertical;
     model.SetSize(vertical ? 21 : 111, vertical ? 111 : 21);
@@ -65,7 +52,6 @@ struct Bench {
     events.menu_show = [this](bool& cancel) { Log("show"), cancel = cancel_menu; };
     events.menu_done = [this] { Log("done"); };
     events.design_message = [this](const std::string& text) { Log(text); };
-    surface.keys.clear();
     log.clear();
   }
 
@@ -345,29 +331,7 @@ TEST(ScrollerModel, SizesAndKnobs) {
   bench.model.SetScrollKnobPicture(std::nullopt);
   EXPECT_EQ(bench.model.Knob().height, 21);
 
-  bench.model.SetSizeToKnob(false);
-  bench.surface.resizes = 0;
-  bench.model.SetSize(111, 61);
-  EXPECT_EQ(bench.surface.resizes, 0);
-  EXPECT_EQ(bench.model.KnobTop(), 20);
-  EXPECT_THAT(bench.surface.keys, ElementsAre("Direction", "ScrollKnobPicture", "Direction",
-                                              "ScrollKnobPicture", "SizeToKnob"));
   EXPECT_EQ(bench.log, "") << "no resize step raises an event";
-}
-
-TEST(ScrollerModel, TextsOfMenuAndKnob) {
-  Bench bench;
-  bench.Run("menu");
-  EXPECT_EQ(bench.surface.captions_shown, "File/Set to 50%");
-  bench.model.SetMenuCaption("Min", "Normal", "Max");
-  bench.Run("menu");
-  EXPECT_EQ(bench.surface.captions_shown, "File/Normal");
-
-  // The knob's tooltip is the caption until the mouse comes over the knob.
-  bench.Run("move 0 50 5");
-  EXPECT_EQ(bench.model.KnobToolTip(), "caption");
-  bench.Run("move 0 5 5");
-  EXPECT_EQ(bench.model.KnobToolTip(), "host tip");
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include <QMenu>
 #include <QTest>
 #include <QTimer>
-#include <QVBoxLayout>
 #include <QWheelEvent>
 
 #include <functional>
@@ -80,16 +79,6 @@ TEST_F(ScrollerTest, TakesItsHeightFromTheKnob) {
   knob.setDevicePixelRatio(2);
   slider.SetScrollKnobPicture(knob);
   EXPECT_EQ(slider.size(), QSize(111, 25));
-
-  QVBoxLayout layout(&parent);
-  layout.addWidget(&slider);
-  parent.resize(300, 200);
-  QApplication::sendPostedEvents();
-  layout.activate();
-  EXPECT_EQ(slider.height(), 25);
-  slider.Model().SetSizeToKnob(false);
-  layout.activate();
-  EXPECT_GT(slider.height(), 25);
 }
 
 TEST_F(ScrollerTest, DragsAndClicks) {
@@ -165,22 +154,6 @@ TEST_F(ScrollerTest, OnlyTheKeypadIsHandled) {
   EXPECT_EQ(slider.Model().Value(), 0);
 }
 
-TEST_F(ScrollerTest, SpeaksToAssistiveTools) {
-  slider.setToolTip(QStringLiteral("Volume"));
-  QAccessibleInterface* const face = QAccessible::queryAccessibleInterface(&slider);
-  ASSERT_NE(face, nullptr);
-  EXPECT_EQ(face->role(), QAccessible::Slider);
-  EXPECT_EQ(face->text(QAccessible::Name).toStdString(), "Volume");
-  slider.setAccessibleName(QStringLiteral("Loudness"));
-  EXPECT_EQ(face->text(QAccessible::Name).toStdString(), "Loudness");
-  QAccessibleValueInterface* const value = face->valueInterface();
-  ASSERT_NE(value, nullptr);
-  EXPECT_EQ(value->maximumValue().toDouble(), 100);
-  value->setCurrentValue(30);
-  EXPECT_EQ(value->currentValue().toDouble(), 30);
-  EXPECT_THAT(finished, testing::ElementsAre(std::pair(30.0, 0)));
-}
-
 // Counts the pixels of `color` on the line through the middle.
 int RangePixels(const QImage& image) {
   int count = 0;
@@ -244,15 +217,6 @@ TEST_F(ScrollerTest, ShowsItsStates) {
   slider.setEnabled(false);
   EXPECT_NE(Picture(1), idle);
   slider.setEnabled(true);
-  Move(5, 5, Qt::NoButton);
-  const QImage hover = Picture(1);
-  EXPECT_NE(hover, idle);
-  QTest::mousePress(&slider, Qt::LeftButton, Qt::NoModifier, {5, 10});
-  EXPECT_NE(Picture(1), hover);
-  slider.Model().CancelDrag();
-  QEvent leave(QEvent::Leave);
-  QApplication::sendEvent(&slider, &leave);
-  EXPECT_EQ(Picture(1), idle);
   // The focus ring: by key, hidden with the window, back with it; never by mouse.
   const auto focus = [this](QEvent::Type type, Qt::FocusReason reason) {
     QFocusEvent event(type, reason);

@@ -52,51 +52,6 @@ TEST(TrendChartWidget, ShiftedTraceIsTheDrawnTrace) {
   }
 }
 
-TEST(TrendChartWidget, ShrinksAtOnce) {
-  VirtualTime time;
-  TrendChart chart(time);
-  chart.show();
-  chart.resize(2000, 40);
-  EXPECT_EQ(chart.width(), kTrendChartColumns);
-  TrendChartProperties framed;
-  framed.BorderStyle = 1;
-  chart.Model().LoadProperties(framed);
-  chart.resize(2000, 40);
-  EXPECT_EQ(chart.width(), kTrendChartColumns + 2);
-  EXPECT_EQ(chart.Model().ScaleWidth(), kTrendChartColumns);
-}
-
-TEST(Line3d, TakesItsThicknessAndItsColoursByItsShape) {
-  line3d line;
-  line.show();
-  line.resize(50, 20);
-  EXPECT_EQ(line.size(), QSize(50, 2));
-  QImage picture = Picture(line, 1);
-  EXPECT_EQ(picture.pixelColor(49, 0), QColor(0x80, 0x80, 0x80));
-  EXPECT_EQ(picture.pixelColor(49, 1), QColor(Qt::white));
-  line.resize(20, 50);
-  EXPECT_EQ(line.size(), QSize(2, 50));
-  picture = Picture(line, 1);
-  EXPECT_EQ(picture.pixelColor(0, 49), QColor(0x80, 0x80, 0x80));
-  EXPECT_EQ(picture.pixelColor(1, 49), QColor(Qt::white));
-}
-
-TEST(Line3d, HearsTheMouseOnlyWhenEnabled) {
-  line3d line;
-  line.resize(50, 2);
-  std::vector<int> pressed;
-  line.Events().MouseDown = [&pressed](std::int16_t button, std::int16_t shift, float, float) {
-    pressed.push_back(button * 10 + shift);
-  };
-  QTest::mousePress(&line, Qt::RightButton);
-  EXPECT_TRUE(pressed.empty());
-  Line3dProperties enabled;
-  enabled.Enabled = true;
-  line.LoadProperties(enabled);
-  QTest::mousePress(&line, Qt::RightButton, Qt::ShiftModifier | Qt::AltModifier);
-  EXPECT_EQ(pressed, (std::vector<int>{25}));
-}
-
 // Answers the colour dialog.
 class ColorDialogs : public ScriptedDialogs {
  public:
@@ -149,17 +104,7 @@ TEST(ColorSelect, KeepsTheUsersColoursAndTellsTheChange) {
   EXPECT_EQ(right, 2);
 }
 
-TEST(StdPictures, KeysIndexesAndFiles) {
-  StdPictureClass pictures;
-  EXPECT_EQ(pictures.AddPic(QIcon(), ".mp3", "a"), 1);
-  EXPECT_EQ(pictures.AddPic(QIcon(), ".ogg", "b"), 2);
-  EXPECT_EQ(pictures.AddPic(QIcon(), ".MP3", "b"), 1);  // a new picture in its old place
-  EXPECT_EQ(pictures.Count(), 2);
-  EXPECT_EQ(pictures.FindIndexFromExtraData("b"), 1);
-  EXPECT_EQ(pictures.FindIndexFromExtraData("a"), 0);
-  EXPECT_EQ(pictures.ExtraData(3), "");
-  EXPECT_TRUE(pictures.Picture(".wav").isNull());
-
+TEST(StdPictures, FilesOfAnyName) {
   TempFolder folder;
   QImage image(24, 24, QImage::Format_ARGB32);
   image.fill(Qt::red);

@@ -84,18 +84,6 @@ TEST_F(TrendChartTest, TimerPullsOneColumnForEachTick) {
   EXPECT_EQ(surface.moves, 3);
 }
 
-TEST_F(TrendChartTest, DesignHostSeesAFlatLineAndSetsNoValue) {
-  chart.SetAutoupdateInterval(100);
-  chart.SetAutomove(true);
-  chart.SetDesignHost(true);
-  EXPECT_EQ(chart.SetValue(5), kSetNotPermitted);
-  EXPECT_EQ(chart.Properties().Value, 0);
-  EXPECT_EQ(time.ActiveTimers(), 0);
-  EXPECT_EQ(Newest(2), (std::vector<int>{27, 27}));
-  chart.SetDesignHost(false);
-  EXPECT_EQ(time.ActiveTimers(), 1);
-}
-
 TEST_F(TrendChartTest, VerticalLinesTravelWithTheTrace) {
   chart.SetGridSize(3);
   std::vector<int> offsets;

@@ -5,6 +5,7 @@
 #include "http_server_qt.h"
 #include "system/name_tests.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QSslCertificate>
 #include <QSslKey>
@@ -28,6 +29,11 @@ namespace {
 
 constexpr qint64 kLongestGap = 500;  // milliseconds
 constexpr int kEnd = 1;              // what `WaitForCompletion` answers at the end of a medium
+
+// Describes sound that this machine would be sent, for which a player opens ports.
+constexpr const char* kBroadcast =
+    "v=0\r\no=- 0 0 IN IP4 127.0.0.1\r\ns=x\r\nc=IN IP4 127.0.0.1\r\nt=0 0\r\n"
+    "m=audio 5704 RTP/AVP 0\r\na=rtpmap:0 PCMU/8000\r\n";
 
 class MpvWorld : public ::testing::Test {
  protected:
@@ -167,6 +173,7 @@ TEST_F(HttpWorld, NoAnswerReachesALocalFile) {
       {"/script.ffconcat", {.body = "ffconcat version 1.0\nfile 'file://" + local + "'\n"}},
       {"/edl", {.body = "# mpv EDL v0\n" + local + "\n"}},
       {"/ordered.sdp", {.body = "v=0\ns=x\nc=IN IP4 127.0.0.1\na=control:file://" + local}},
+      {"/broadcast.mkv", {.body = kBroadcast}},
   };
   OpenWatch watch(path);
   for (const auto& row : rows) {
@@ -181,6 +188,28 @@ TEST_F(HttpWorld, NoAnswerReachesALocalFile) {
   }
   EXPECT_TRUE(Graph()->RenderFile(path));
   EXPECT_TRUE(watch.Opened()) << "the watch sees an open";
+}
+
+TEST_F(HttpWorld, NoLocalFileReachesAnother) {
+  OpenWatch watch(world_.Folder().Write("film.mkv", film_.toStdString()));
+  const struct {
+    const char* name;
+    std::string content;
+  } rows[] = {
+      {"broadcast.mkv", kBroadcast},
+      {"script.mkv", "ffconcat version 1.0\nfile film.mkv\n"},
+      {"edl.mkv", "# mpv EDL v0\nfilm.mkv\n"},
+      {"list.mkv", "#EXTM3U\nfilm.mkv\n"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_FALSE(Graph()->RenderFile(world_.Folder().Write(row.name, row.content)));
+    EXPECT_LT(timer.elapsed(), 5000) << "who waits for a broadcast listens";
+    world_.Pass(30);
+    EXPECT_FALSE(watch.Opened());
+  }
 }
 
 TEST_F(HttpWorld, AStreamMadeOfPartsPlaysTheServersOwn) {
@@ -241,8 +270,8 @@ TEST_F(HttpWorld, NobodyListening) {
   EXPECT_FALSE(Graph()->RenderFile(url));
 }
 
-// A server at home signs its certificate itself; what it sends is a film and no secret.
-TEST_F(MpvWorld, PlaysOverTlsFromAServerThatSignedItself) {
+// Neither does a part of a stream come from it. Named in SSL_CERT_FILE, it is believed.
+TEST_F(HttpWorld, AServerThatSignedItselfIsNotBelieved) {
   if (!QSslSocket::supportsSsl()) GTEST_SKIP() << "the toolkit has no TLS here";
   const QString key = QString::fromStdString(world_.Folder().Path("key.pem"));
   const QString certificate = QString::fromStdString(world_.Folder().Path("certificate.pem"));
@@ -257,6 +286,8 @@ TEST_F(MpvWorld, PlaysOverTlsFromAServerThatSignedItself) {
                              QStringLiteral("2"),
                              QStringLiteral("-subj"),
                              QStringLiteral("/CN=127.0.0.1"),
+                             QStringLiteral("-addext"),
+                             QStringLiteral("subjectAltName=IP:127.0.0.1"),
                              QStringLiteral("-keyout"),
                              key,
                              QStringLiteral("-out"),
@@ -270,10 +301,30 @@ TEST_F(MpvWorld, PlaysOverTlsFromAServerThatSignedItself) {
   auto tls = std::make_unique<QSslServer>();
   tls->setSslConfiguration(configuration);
   HttpServer server(std::move(tls), "https");
-  const auto graph = Graph();
-  EXPECT_TRUE(graph->RenderFile(
-      server.Serve("/film", {.body = Bytes(EngineWorld::Path("film25.mkv")), .ranges = true})));
-  EXPECT_EQ(graph->GetVideoSize().value_or(VideoSize{}).width, 160);
+  const std::string film = server.Serve("/film", {.body = film_, .ranges = true});
+  const QByteArray part = QByteArray::fromStdString(
+      server.Serve("/part.ts", {.body = Bytes(EngineWorld::Path("film.ts"))}));
+  const std::string list = server_.Serve(
+      "/list.m3u8", {.body = "#EXTM3U\n#EXT-X-VERSION:3\n#EXT-X-TARGETDURATION:3\n#EXTINF:3.0,\n" +
+                             part + "\n#EXT-X-ENDLIST\n",
+                     .type = "application/vnd.apple.mpegurl"});
+  for (const std::string& url : {film, list}) {
+    const auto graph = Graph();
+    EXPECT_FALSE(graph->RenderFile(url)) << url;
+    EXPECT_TRUE(graph->CertificateRefused()) << url;
+  }
+  const auto missing = Graph();
+  EXPECT_FALSE(missing->RenderFile(server_.Serve("/missing", {.status = 404})));
+  EXPECT_FALSE(missing->CertificateRefused());
+
+  qputenv("SSL_CERT_FILE", QFile::encodeName(certificate));
+  {
+    EngineWorld believing;
+    for (const std::string& url : {film, list}) {
+      EXPECT_TRUE(believing.Engine().CreateGraph()->RenderFile(url)) << url;
+    }
+  }
+  qunsetenv("SSL_CERT_FILE");
 }
 
 // A sound server that takes every connection and says nothing.

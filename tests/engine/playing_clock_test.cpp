@@ -325,18 +325,5 @@ TEST_F(PlayingClockTest, AHaltedClockStandsExactly) {
   PassStandingAt(0.0, 1.0);
 }
 
-TEST_F(PlayingClockTest, AChangeOfTheRateMovesNothing) {
-  Play(60.0, 10.0);
-  for (const double rate : {4.0, 0.1, 1.0}) {
-    now_ += 0.2;
-    const double before = Position();
-    clock_.SetRate(rate, Now());
-    EXPECT_EQ(Position(), before);
-    now_ += 0.1;
-    EXPECT_NEAR(Position(), before + 0.1 * rate, 1e-6);
-    Report(Position());
-  }
-}
-
 }  // namespace
 }  // namespace kv

@@ -2,6 +2,7 @@
 
 #include "playlist/list_room.h"
 #include "playlist/media_details.h"
+#include "support/fake_readers.h"
 #include "support/temp_folder.h"
 
 #include <fstream>
@@ -15,47 +16,6 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-struct ScriptedFile : MpegHeaderInfo {
-  bool IsValid(const std::string& /*path*/) override { return valid; }
-  double Duration() const override { return 59.2; }
-  int Bitrate() const override { return 192; }
-  int Frequency() const override { return 44100; }
-  std::string Mode() const override { return "Joint stereo"; }
-  int HeaderValue() const override { return 0; }
-  bool valid = false;
-};
-
-struct ScriptedTag : TagReader {
-  void Load(const std::string& /*path*/) override { loaded = true; }
-  bool HasTag() const override { return loaded && has; }
-  std::string Title() const override { return title; }
-  void SetTitle(const std::string& text) override { title = text; }
-  std::string Artist() const override { return name + " artist"; }
-  std::string Album() const override { return "al\nbum"; }
-  int Genre() const override { return 17; }
-  std::string GenreName(int number) const override { return name + std::to_string(number); }
-  std::string name, title;
-  bool has = false, loaded = false;
-};
-
-struct ScriptedReaders : MediaReaders {
-  std::unique_ptr<MpegHeaderInfo> MakeMpegHeaderInfo() const override {
-    return std::make_unique<ScriptedFile>(file);
-  }
-  std::unique_ptr<TagReader> MakeTagReaderPrimary() const override {
-    return std::make_unique<ScriptedTag>(primary);
-  }
-  std::unique_ptr<TagReader> MakeTagReaderSecondary() const override {
-    return std::make_unique<ScriptedTag>(secondary);
-  }
-  ScriptedReaders() {
-    primary.name = "v1";
-    secondary.name = "v2";
-  }
-  ScriptedFile file;
-  ScriptedTag primary, secondary;
-};
-
 TEST(MediaDetails, TakesTheTagThatIsThereAndMeasuresMpegAlone) {
   FakeTextPlatform text;
   text.decimal_separator = ",";
@@ -66,27 +26,26 @@ TEST(MediaDetails, TakesTheTagThatIsThereAndMeasuresMpegAlone) {
   const struct {
     bool mpeg, v1, v2;
     std::string title;
-    std::string title_shown, artist, genre;
+    std::string title_shown, artist;
   } rows[] = {
-      {true, true, true, " Le titre ", "Le titre", "v1 artist", "v117"},
-      {true, false, true, "Le titre", "Le titre", "v2 artist", "v217"},
-      {true, true, false, " \t ", "My Song", "v1 artist", "v117"},
-      {true, false, false, "x", "", "", ""},
-      {false, true, true, "x", "", "", ""},
+      {true, true, true, " Le titre ", "Le titre", "v1 artist"},
+      {true, false, true, "Le titre", "Le titre", "v2 artist"},
+      {true, true, false, " \t ", "My Song", "v1 artist"},
+      {true, false, false, "x", "", ""},
+      {false, true, true, "x", "", ""},
   };
   for (const auto& row : rows) {
-    ScriptedReaders readers;
-    readers.file.valid = row.mpeg;
-    readers.primary.has = row.v1;
-    readers.secondary.has = row.v2;
-    readers.primary.title = readers.secondary.title = row.title;
+    FakeReaders readers;
+    readers.header = row.mpeg;
+    readers.v1 = {row.v1, row.title, "v1 artist", "al\nbum", 17};
+    readers.v2 = {row.v2, row.title, "v2 artist", "al\nbum", 17};
     const MediaDetails details = ReadMediaDetails(path, readers, text, ",");
     EXPECT_EQ(details.title, row.title_shown);
     EXPECT_EQ(details.artist, row.artist);
     EXPECT_EQ(details.album, row.artist.empty() ? "" : "al bum");
-    EXPECT_EQ(details.genre, row.genre);
+    EXPECT_EQ(details.genre, row.artist.empty() ? "" : "Rock");
     EXPECT_EQ(details.time, row.mpeg ? "00:01:00" : "");
-    EXPECT_EQ(details.bitrate, row.mpeg ? "192" : "");
+    EXPECT_EQ(details.bitrate, row.mpeg ? "128" : "");
     EXPECT_EQ(details.frequency, row.mpeg ? "44100" : "");
     EXPECT_EQ(details.file_size, size);
     EXPECT_EQ(details.extension, "Mp3");
@@ -96,9 +55,9 @@ TEST(MediaDetails, TakesTheTagThatIsThereAndMeasuresMpegAlone) {
 
 TEST(MediaDetails, ATagCannotFloodACell) {
   const FakeTextPlatform text;
-  ScriptedReaders readers;
-  readers.file.valid = readers.primary.has = true;
-  for (int i = 0; i < 100000; ++i) readers.primary.title += "ä";
+  FakeReaders readers;
+  readers.v1.has_tag = true;
+  for (int i = 0; i < 100000; ++i) readers.v1.title += "ä";
   const MediaDetails details = ReadMediaDetails("/none", readers, text, ".");
   EXPECT_EQ(details.title.size(), 2 * kMaxDetailCharacters);
 }

@@ -40,15 +40,6 @@ class PlaylistWindowTest : public testing::Test {
   WindowRoom room;
 };
 
-TEST(PlaylistCommandsTest, EveryKeyIsAKeyOfItsOwn) {
-  std::set<QString> seen;
-  for (const ListKey& key : kListKeys) {
-    const QKeySequence keys(ToQString(key.keys), QKeySequence::PortableText);
-    EXPECT_EQ(keys.toString(QKeySequence::PortableText), ToQString(key.keys));
-    EXPECT_TRUE(seen.insert(keys.toString()).second) << key.keys;
-  }
-}
-
 TEST_F(PlaylistWindowTest, KeysDoWhatTheTableSays) {
   OpenLetters();
   Key(Qt::Key_Home);
@@ -206,28 +197,6 @@ TEST_F(PlaylistWindowTest, ClosedInTheMiddleOfAWalkItGoesWhenTheWalkIsOver) {
   EXPECT_FALSE(room.session.ScanAbort);
   room.Process();
   EXPECT_EQ(room.form_window, nullptr);
-}
-
-TEST_F(PlaylistWindowTest, AddsAFolderAndBeginsThereNextTime) {
-  OpenLetters();
-  room.dialogs.WillPickFolder("");
-  room.form_window->Run(ListCommand::kAdd);
-  EXPECT_TRUE(room.log.empty());
-  room.dialogs.WillPickFolder("/some music");
-  room.on_call = [&] {
-    room.form_window->OpenScanWindow()->ShowPath("/some music/a.mp3");
-    auto* const window = room.form_window->findChild<frmScanning*>();
-    QTest::keyClick(window, Qt::Key_Escape);
-    EXPECT_TRUE(room.session.ScanAbort);
-    EXPECT_TRUE(window->isVisible());
-    EXPECT_EQ(room.rows.Status(), "Adding files...");
-  };
-  room.form_window->Run(ListCommand::kAdd);
-  EXPECT_EQ(room.log, Texts{"folder /some music"});
-  EXPECT_EQ(room.rows.Status(), "4 items in list.");
-  room.dialogs.WillPickFolder("");
-  room.form_window->Run(ListCommand::kAdd);
-  EXPECT_EQ(room.dialogs.FolderStarts(), (Texts{"", "", "/some music"}));
 }
 
 TEST_F(PlaylistWindowTest, TakesDroppedFilesByteForByteAndTexts) {

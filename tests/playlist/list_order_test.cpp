@@ -117,6 +117,7 @@ TEST(ListOrder, MovesBlocksByOneAndCarriesThePlayingEntry) {
     room.Load({"a", "b", "c", "d", "e", "f"});
     room.Select(row.selected);
     room.settings.PlaylistIndex = row.index;
+    room.window.log.clear();
     if (row.step > 0) {
       room.order.MoveFilesDown();
     } else {
@@ -129,6 +130,8 @@ TEST(ListOrder, MovesBlocksByOneAndCarriesThePlayingEntry) {
     EXPECT_EQ(room.rows.SelectedRows(), row.selected_after);
     EXPECT_EQ(room.settings.PlaylistIndex, row.index_after);
     EXPECT_EQ(room.window.seen, row.seen);
+    // The window hears once of the rows and once of the selection, however many they are.
+    EXPECT_EQ(room.window.log.size(), row.seen.empty() ? 0U : 2U);
     EXPECT_FALSE(room.session.PlaylistDirty);
   }
 }

@@ -9,6 +9,8 @@ namespace kv {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
 
 TEST(ListRows, IconsTellAudioFromInternetFromTheRest) {
   const struct {
@@ -40,6 +42,13 @@ TEST(ListRows, AnAppendedUrlShowsItsLastPartARebuiltOneTheWhole) {
   room.rows.FillPlaylist("");
   EXPECT_THAT(room.Cells(1), ElementsAre("\xff.avi", "http://h/live"));
   EXPECT_EQ(room.window.open, 0);
+
+  for (const char* const secret : {"http://me:pw@h", "http://me:pw@h/live"}) {
+    room.Load({secret});
+    room.rows.FillPlaylist("");
+    EXPECT_THAT(std::string(room.rows.SubItem(1, 1)), Not(HasSubstr("pw"))) << secret;
+    EXPECT_TRUE(room.rows.ShowsItem(1));
+  }
 }
 
 TEST(ListRows, NumbersOutsideTheRowsAreHarmless) {

@@ -131,17 +131,6 @@ TEST(ListSearch, LooksAtTheChosenColumnsAlone) {
   EXPECT_EQ(room.Find(false), 4);
 }
 
-TEST(ListSearch, TheDialogStaysUntilItHasAKeywordAndAColumn) {
-  Finding room;
-  EXPECT_FALSE(room.search.Search("", {true}));
-  EXPECT_EQ(room.dialogs.LastText(), "Please enter a keyword to search for!");
-  EXPECT_FALSE(room.search.Search("a", {}));
-  EXPECT_EQ(room.dialogs.LastText(), "Please select one or more fields to search in!");
-  EXPECT_EQ(room.search.Keyword(), "");
-  EXPECT_TRUE(room.search.Search("a", {false, true}));
-  EXPECT_TRUE(room.search.Fields()[1]);
-}
-
 TEST(ListSearch, RowsThatGoWhileItBeginsAreNotFound) {
   Finding room;
   room.keyword = "*";

@@ -31,12 +31,6 @@ TEST(M3uFile, SplitsAtCrLfAlone) {
   EXPECT_EQ(lines[9998], "9999\r\n10000\r\n10001\r\n");
 }
 
-TEST(M3uFile, TellsEntriesFromComments) {
-  for (const char* line : {"a.mp3", "  a.mp3", " a # b", "\t", "\t#"})
-    EXPECT_TRUE(IsM3uEntry(line));
-  for (const char* line : {"", "   ", "#EXTM3U", "   #x"}) EXPECT_FALSE(IsM3uEntry(line)) << line;
-}
-
 TEST(M3uFile, ResolvesLines) {
   const struct {
     std::string playlist;
@@ -75,12 +69,6 @@ TEST(M3uFile, TakesForeignSeparatorsWhereTheyLeadToAFile) {
   asked = 0;
   EXPECT_EQ(GetPlaylistFile("sub/one.mp3", list, exists), "/a\\b/sub/one.mp3");
   EXPECT_EQ(asked, 0);
-}
-
-TEST(M3uFile, PutsTheServerInFront) {
-  EXPECT_EQ(WithBaseUrl("a.mp3", "http://h/l/"), "http://h/l/a.mp3");
-  EXPECT_EQ(WithBaseUrl("HTTP://H/L/a.mp3", "http://h/l/"), "HTTP://H/L/a.mp3");
-  EXPECT_EQ(WithBaseUrl("http://g/a.mp3", "http://h/l/"), "http://h/l/http://g/a.mp3");
 }
 
 TEST(M3uFile, WritesWhatReadsBack) {

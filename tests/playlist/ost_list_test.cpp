@@ -110,12 +110,5 @@ TEST_F(OSTListTest, MovesTakeTheMarkAlongAndLoseTheNeighbours) {
   EXPECT_THAT(Items(), ElementsAre("a1", "b!"));
 }
 
-TEST_F(OSTListTest, RemovesAllMarked) {
-  for (const char* item : {"a", "b", "c", "d"}) list.add(item);
-  for (const int index : {1, 2, 4}) list.SetItemMarkDelete(index, true);
-  list.RemoveAllMarkedForDelete();
-  EXPECT_THAT(Items(), ElementsAre("c"));
-}
-
 }  // namespace
 }  // namespace kv

@@ -219,15 +219,6 @@ TEST_F(PlaylistFilesTest, TheEndOfTheProgramKeepsTheFile) {
   files.LoadPlaylist("http://h/x.m3u");
 }
 
-// Its lines are not divided at a line feed alone, so saving what was read would lose the others.
-TEST_F(PlaylistFilesTest, AListWithUnixLineEndsIsNotSavedOver) {
-  const std::string lines = "1.mp3\n2.mp3\n3.mp3\n";
-  const std::string file = temp.Write("x.m3u", lines);
-  files.LoadPlaylist(file);
-  files.SavePlaylist(file);
-  EXPECT_EQ(temp.Read("x.m3u"), lines);
-}
-
 TEST_F(PlaylistFilesTest, Saves) {
   const std::string file = temp.Path("x.m3u");
   list.add(temp.Path("sub/A.mp3"));

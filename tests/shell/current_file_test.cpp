@@ -1,13 +1,11 @@
 #include "shell/current_file.h"
 
 #include "shell/transport.h"
-#include "support/fake_graph.h"
-#include "support/fake_pump.h"
 #include "support/fake_shell_services.h"
 #include "support/fake_text_platform.h"
+#include "support/movie_world.h"
 #include "support/scripted_dialogs.h"
 #include "support/temp_folder.h"
-#include "support/virtual_time.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -31,7 +29,7 @@ struct AskingTrash : FakeShellServices {
   std::function<void()> while_open;
 };
 
-struct CurrentFileTest : testing::Test, CurrentFileHost {
+struct CurrentFileTest : testing::Test, MovieWorld, CurrentFileHost {
   void CopyToFile(const std::string& source, const std::string& target) override {
     log.push_back("copy " + source + " " + target);
   }
@@ -41,12 +39,9 @@ struct CurrentFileTest : testing::Test, CurrentFileHost {
   }
   void BUtton_Click(int Index) override {
     EXPECT_EQ(Index, Transport::kPause);
-    log.emplace_back(movie.DS_IsPaused() ? "goes on" : "pauses");
-    if (movie.DS_IsPaused()) {
-      movie.DS_Play();
-    } else {
-      movie.DS_Pause();
-    }
+    const bool paused = movie.DS_IsPaused();
+    log.emplace_back(paused ? "goes on" : "pauses");
+    paused ? movie.DS_Play() : movie.DS_Pause();
   }
   void RunMenuCommand(std::string_view key) override { log.emplace_back(key); }
   void PlaylistSetNext(int index) override { log.push_back("next " + std::to_string(index)); }
@@ -63,15 +58,9 @@ struct CurrentFileTest : testing::Test, CurrentFileHost {
   }
 
   TempFolder temp;
-  VirtualTime time;
-  FakePump pump{&time};
-  FakeGraphFactory factory{time, pump};
-  clsDShowControl movie{factory, pump};
   FakeTextPlatform text;
   AskingTrash trash;
   ScriptedDialogs dialogs;
-  Settings settings;
-  Session session;
   OSTList list{text};
   Log log;
   Saved saved;

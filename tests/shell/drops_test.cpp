@@ -124,9 +124,7 @@ TEST(DropData, IsReadFromWhatDesktopsOffer) {
     DropData data;
   } rows[] = {
       {{}, {}, {}},
-      {"file:///a%20b%FF.mp3\r\nfile://host/c\r\n",
-       "file:///a%20b",
-       {{}, Files{"/a b\xFF.mp3", "/c"}}},
+      {"file:///a%20b%FF.mp3", "file:///a%20b", {{}, Files{"/a b\xFF.mp3"}}},
       {"http://a/b\r\nhttp://a/c\r\n", "a title", {"http://a/b", {}}},
       {"http://a/b\r\nfile:///c\r\n", {}, {{}, Files{"/c"}}},
       {"# nothing\r\n", {}, {{}, Files{}}},

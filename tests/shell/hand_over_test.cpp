@@ -6,11 +6,9 @@
 #include "support/temp_folder.h"
 #include "support/virtual_time.h"
 
-#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace kv {
@@ -21,10 +19,7 @@ using testing::IsEmpty;
 
 class HandOverTest : public testing::Test, protected HandOverHost {
  protected:
-  void OpenCommandFile(const std::string& path) override {
-    opened.push_back(path);
-    if (while_opening) std::exchange(while_opening, nullptr)();
-  }
+  void OpenCommandFile(const std::string& path) override { opened.push_back(path); }
   void AbandonOpen() override { ++abandoned; }
 
   bool Running(MainTimer timer) const { return timers.Enabled(timer); }
@@ -39,7 +34,6 @@ class HandOverTest : public testing::Test, protected HandOverHost {
   HandOver hand_over{*this, dialogs, timers[MainTimer::LinkExeTimer],
                      timers[MainTimer::OpeningCMDDelay]};
   std::vector<std::string> opened;
-  std::function<void()> while_opening;
   int abandoned = 0;
 };
 
@@ -62,10 +56,7 @@ TEST_F(HandOverTest, ReadsTheCommandLine) {
   } rows[] = {
       {"", "", false, ""},
       {song, song, true, ""},
-      {"\"" + song + "\" /dde", song, true, ""},
-      {"/DEBUG", "/DEBUG", false, missing("/DEBUG")},
       {"/dde", "/dde", false, missing("/dde")},
-      {song + " " + song, song + " " + song, false, missing(song + " " + song)},
       {temp.Path(), temp.Path(), false, missing(temp.Path())},
       {"http://h/a.mp3", "http://h/a.mp3", false, missing("http://h/a.mp3")},
       {good, good, true, ""},
@@ -145,26 +136,6 @@ TEST_F(HandOverTest, KeepsARequestThatComesWhileTheFormLoads) {
   EXPECT_TRUE(other.FinishLoading());
   EXPECT_FALSE(Running(MainTimer::OpeningCMDDelay));
   EXPECT_TRUE(other.Form_LinkExecute("/m/c.mp3"));
-}
-
-TEST_F(HandOverTest, ServesARequestThatComesWhileAFileIsOpened) {
-  hand_over.FinishLoading();
-  hand_over.Form_LinkExecute("/m/a.mp3");
-  while_opening = [this] { EXPECT_TRUE(hand_over.Form_LinkExecute("/m/b.mp3")); };
-  time.Advance(50);
-  EXPECT_EQ(abandoned, 1);
-  EXPECT_THAT(opened, ElementsAre("/m/a.mp3"));
-  EXPECT_TRUE(hand_over.LinkPending());
-  time.Advance(1000);
-  EXPECT_THAT(opened, ElementsAre("/m/a.mp3", "/m/b.mp3"));
-  EXPECT_EQ(time.ActiveTimers(), 0);
-}
-
-TEST_F(HandOverTest, TellsAFailureOfTheWayIn) {
-  hand_over.Form_LinkError(11);
-  ASSERT_EQ(dialogs.Boxes().size(), 1U);
-  EXPECT_EQ(dialogs.LastText(), "DDE Error. (Link) error code:11");
-  EXPECT_EQ(dialogs.Boxes()[0].icon, BoxIcon::kStop);
 }
 
 }  // namespace

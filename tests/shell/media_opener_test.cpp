@@ -132,9 +132,12 @@ TEST(MediaOpener, GoesOnAfterAFailedRender) {
   EXPECT_EQ(player.log.back(), "icon");
 
   // What is told is the address of the stream; what is kept is the file that the user named.
-  player.asx["/m/list.asx"].entry = "http://h/dead";
+  player.asx["/m/list.asx"].entry = "http://me:pw@h/dead";
+  player.factory.media["http://me:pw@h/dead"] = {.renders = false, .certificate_refused = true};
   player.Play("/m/list.asx");
-  EXPECT_EQ(player.dialogs.LastText(), "Error opening \"http://h/dead\"");
+  EXPECT_EQ(player.dialogs.LastText(),
+            "Error opening \"http://h/dead\"\n\n"
+            "The server could not prove who it is: its certificate is not trusted.");
   EXPECT_EQ(player.settings.RecentFiles[0], "/m/list.asx");
 }
 

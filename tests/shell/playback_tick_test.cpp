@@ -2,36 +2,14 @@
 // and transport, on fake media, with a small list that opens its entries by a timer.
 #include "shell/playback_tick.h"
 
-#include "support/fake_graph.h"
-#include "support/fake_pump.h"
+#include "shell/transport_player.h"
 #include "support/fake_text_platform.h"
 
-#include <cstdlib>
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <new>
 #include <string>
 #include <vector>
-
-namespace {
-// Counted for the whole program, looked at by one test.
-std::size_t allocations = 0;
-}  // namespace
-
-#ifndef __clang_analyzer__  // it would look for the deletes of the whole test library
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* const block = std::malloc(size > 0 ? size : 1)) return block;
-  throw std::bad_alloc();
-}
-void operator delete(void* block) noexcept {
-  std::free(block);
-}
-void operator delete(void* block, std::size_t /*size*/) noexcept {
-  std::free(block);
-}
-#endif
 
 namespace kv {
 namespace {
@@ -41,21 +19,12 @@ using testing::IsEmpty;
 
 constexpr const char* kMedium = "/m/a.avi";
 
-// The rest of the player, as far as the tick reaches.
-struct Player : TransportNavigation,
-                TickNavigation,
-                TransportMenu,
-                TransportVisuals,
-                TransportDisplay,
-                MarksView,
-                PicTime,
-                SliderLabels,
-                SliderMeter {
+// A player with sliders, and a list that steps.
+struct Player : TransportPlayer, TickNavigation, PicTime, SliderLabels, SliderMeter {
   int PlaylistCount() const override { return count; }
   std::string PlaylistItem(int index) const override { return std::to_string(index) + ".avi"; }
-  void PlaylistSetPrevious(bool /*first*/, bool /*now*/) override {}
   void PlaylistSetNext(bool /*last*/, int /*index*/, bool /*now*/) override {
-    log.emplace_back("next");
+    steps.emplace_back("next");
     if (in_next) in_next();
     if (!opens) return;
     ++settings.PlaylistIndex;
@@ -65,28 +34,11 @@ struct Player : TransportNavigation,
     if (opens) {
       play_from_playlist->Restart(10);
     } else {
-      log.emplace_back(immediate ? "timer" : "slow timer");
+      steps.emplace_back(immediate ? "timer" : "slow timer");
     }
   }
   bool PlayFromPlaylistEnabled() const override { return play_from_playlist->Enabled(); }
-  void RunMenuCommand(std::string_view /*key*/) override {}
-  void SetMenuEnabled(std::string_view /*key*/, bool /*enabled*/) override {}
-  void PopUpMainMenu() override {}
-  void SetVumeterVisible() override {}
-  bool StopMeter() override { return false; }
-  void StartMeter() override {}
-  void CyclePlugins() override {}
-  void ReleasePlugin() override { log.emplace_back("stop"); }
-  void UpdateFileDisp(const std::string& /*text*/) override {}
-  void UpdateFileDataDisplay() override {}
-  void ShowStatus(int /*kind*/) override {}
-  void SetRepeatFace(int /*face*/) override {}
-  PlaylistWindow StateOfPlaylistWindow() const override { return PlaylistWindow::kOpen; }
-  void ShowPlaylistWindow() override {}
-  void RestorePlaylistWindow() override {}
-  void FocusPlaylistWindow() override {}
-  void SetAbFace(int /*face*/) override {}
-  void SetAbToolTip(const std::string& /*text*/) override {}
+  void ReleasePlugin() override { steps.emplace_back("stop"); }
   void Cls() override {}
   void Print(int x, const std::string& text) override {
     if (x == 1) shown_time = text;
@@ -99,18 +51,18 @@ struct Player : TransportNavigation,
   Player() {
     sliders.Configure();
     sliders.Connect();
-    slider1.SetSize(111, 21);
+    position.SetSize(111, 21);
     timer->SetEnabled(true);
   }
 
   // Opens as the player does: the slider follows only when the engine is ready.
   void Open(const std::string& file, bool play = true) {
-    log.push_back("open " + file);
+    steps.push_back("open " + file);
     movie.DS_Stop();
     movie.DS_OpenFile(file, 0, 0, 0, 0, 0);
     settings.CurrentFile = file;
-    slider1.SetValue(0);
-    slider1.SetMax(movie.DS_GetDuration());
+    position.SetValue(0);
+    position.SetMax(movie.DS_GetDuration());
     movie.DS_GetMovieSize(session.MovieWidth, session.MovieHeight);
     marks.ResetAB();
     if (play) movie.DS_Play();
@@ -119,7 +71,7 @@ struct Player : TransportNavigation,
   void Play(const FakeMedium& medium) {
     factory.media[kMedium] = medium;
     Open(kMedium);
-    log.clear();
+    steps.clear();
   }
 
   void PlayFromPlaylist() {
@@ -127,42 +79,25 @@ struct Player : TransportNavigation,
     Open(PlaylistItem(settings.PlaylistIndex));
   }
 
-  bool Playing() const { return movie.DS_IsRunning() && !movie.DS_IsPaused(); }
-
   // Until something is done about it, at most `milliseconds`; answers how long that took.
   std::int64_t AdvanceUntilLogged(std::int64_t milliseconds) {
     const std::int64_t begin = time.Milliseconds();
-    while (log.empty() && time.Milliseconds() - begin < milliseconds) time.Advance(1);
+    while (steps.empty() && time.Milliseconds() - begin < milliseconds) time.Advance(1);
     return time.Milliseconds() - begin;
   }
 
-  std::vector<std::string> log;
+  std::vector<std::string> steps;
   int count = 0;
   bool opens = false;  // the list opens what it steps to
   std::function<void()> in_next;
   std::string shown_time;
 
-  VirtualTime time;
-  FakePump pump{&time};
-  FakeGraphFactory factory{time, pump};
-  clsDShowControl movie{factory, pump};
-  Settings settings;
-  Session session;
   FakeTextPlatform platform;
-  ScrollerSurface surface;
-  ScrollerModel slider1{surface}, slider2{surface}, slider3{surface}, slider4{surface};
+  ScrollerModel rate{surface}, balance{surface};
   TimeDisplay display{movie, settings, platform, *this};
-  Sliders sliders{{slider1, slider2, slider3, slider4},
-                  movie,
-                  settings,
-                  session,
-                  display,
-                  platform,
-                  *this,
-                  *this};
-  Marks marks{movie, session, slider1, *this};
-  Transport transport{movie, settings, session, marks, pump, *this, *this, *this, *this};
-  PlaybackTick tick{movie, settings, session, slider1, sliders, transport, *this};
+  Sliders sliders{
+      {position, volume, rate, balance}, movie, settings, session, display, platform, *this, *this};
+  PlaybackTick tick{movie, settings, session, position, sliders, transport, *this};
   std::unique_ptr<Timer> play_from_playlist =
       time.MakeTimer(TimerKind::kOrdinary, 10, [this] { PlayFromPlaylist(); });
   std::unique_ptr<Timer> timer =
@@ -173,7 +108,7 @@ TEST(PlaybackTick, MovesTheSliderAndTheTime) {
   Player player;
   player.Play({.duration = 10});
   player.time.Advance(1500);
-  EXPECT_DOUBLE_EQ(player.slider1.Value(), 1.5);
+  EXPECT_DOUBLE_EQ(player.position.Value(), 1.5);
   EXPECT_EQ(player.shown_time, "00:00:01.50");
 }
 
@@ -202,7 +137,7 @@ TEST(PlaybackTick, WhatFollowsTheEnd) {
     player.count = row.count;
     player.Play({.duration = 2});
     player.AdvanceUntilLogged(2400);
-    EXPECT_EQ(player.log, row.log);
+    EXPECT_EQ(player.steps, row.log);
     EXPECT_EQ(player.settings.PlaylistIndex, row.log == wrap ? 1 : row.index);
     if (row.log == again) {
       EXPECT_TRUE(player.Playing());
@@ -211,8 +146,8 @@ TEST(PlaybackTick, WhatFollowsTheEnd) {
     if (row.log == stop) {  // held at the start, and quiet
       EXPECT_EQ(player.movie.State(), 2);
       player.time.Advance(3000);
-      EXPECT_EQ(player.log, stop);
-      EXPECT_EQ(player.slider1.Value(), 0);
+      EXPECT_EQ(player.steps, stop);
+      EXPECT_EQ(player.position.Value(), 0);
     }
   }
 }
@@ -238,9 +173,9 @@ TEST(PlaybackTick, AStallIsTheEndOnlyInTheLastSecond) {
     Player player;
     player.Play({.duration = row.duration, .stalls = {{row.from, row.to}}});
     player.time.Advance(static_cast<std::int64_t>(row.to * 1000));
-    EXPECT_EQ(!player.log.empty(), row.taken_for_the_end);
+    EXPECT_EQ(!player.steps.empty(), row.taken_for_the_end);
     player.AdvanceUntilLogged(10000);
-    EXPECT_THAT(player.log, ElementsAre("stop"));
+    EXPECT_THAT(player.steps, ElementsAre("stop"));
   }
 }
 
@@ -250,14 +185,14 @@ TEST(PlaybackTick, PausedOrSlowNearTheEndIsNoEnd) {
   player.time.Advance(1900);
   player.movie.DS_Pause();
   player.time.Advance(5000);
-  EXPECT_THAT(player.log, IsEmpty());
+  EXPECT_THAT(player.steps, IsEmpty());
   player.movie.DS_SetPosition(1.0);
   player.movie.DS_Play();
   player.movie.DS_SetRate(0.1);
   player.time.Advance(9900);
-  EXPECT_THAT(player.log, IsEmpty());
+  EXPECT_THAT(player.steps, IsEmpty());
   player.time.Advance(400);
-  EXPECT_THAT(player.log, ElementsAre("stop"));
+  EXPECT_THAT(player.steps, ElementsAre("stop"));
 }
 
 TEST(PlaybackTick, MarksLoopAndTurnOffTheEnd) {
@@ -288,11 +223,11 @@ TEST(PlaybackTick, MarksLoopAndTurnOffTheEnd) {
       ASSERT_LE(player.movie.DS_GetPosition(), row.highest + 1e-9);
     }
     EXPECT_GE(loops, 18);
-    EXPECT_THAT(player.log, IsEmpty());
+    EXPECT_THAT(player.steps, IsEmpty());
     EXPECT_TRUE(player.Playing());
     player.transport.BUtton_Click(Transport::kMarks);  // off: the medium ends
     player.time.Advance(2000);
-    EXPECT_THAT(player.log, ElementsAre("stop"));
+    EXPECT_THAT(player.steps, ElementsAre("stop"));
   }
 }
 
@@ -324,7 +259,7 @@ TEST(PlaybackTick, TheEndOfAResumeSection) {
     player.session.ResumeEndPosition = 3;
     player.movie.DS_SetPosition(2.5);
     player.time.Advance(1500);
-    EXPECT_EQ(player.log, row.log);
+    EXPECT_EQ(player.steps, row.log);
     EXPECT_EQ(player.movie.DS_GetPosition() < 3, row.loops);
     player.movie.DS_Pause();  // behind the mark nothing is done about it, nor by going on
     player.movie.DS_SetPosition(4);
@@ -332,7 +267,7 @@ TEST(PlaybackTick, TheEndOfAResumeSection) {
     EXPECT_EQ(player.movie.DS_GetPosition(), 4);
     player.movie.DS_Play();
     player.time.Advance(2320);
-    EXPECT_EQ(player.log, row.end);
+    EXPECT_EQ(player.steps, row.end);
     EXPECT_EQ(player.settings.PlaylistIndex, row.index_after);
   }
 }
@@ -349,8 +284,8 @@ TEST(PlaybackTick, WithAnOpenPendingOnlyTheSliderMoves) {
   player.session.MarkA = 0;
   player.session.MarkB = 1.5;
   player.time.Advance(4000);
-  EXPECT_THAT(player.log, IsEmpty());
-  EXPECT_EQ(player.slider1.Value(), 2);
+  EXPECT_THAT(player.steps, IsEmpty());
+  EXPECT_EQ(player.position.Value(), 2);
 }
 
 TEST(PlaybackTick, ATickInsideATickDoesNothing) {
@@ -360,11 +295,11 @@ TEST(PlaybackTick, ATickInsideATickDoesNothing) {
   player.settings.AutoNext = FromBool(true);
   player.settings.PlaylistIndex = 1;
   player.in_next = [&] {  // as a message box that pumps would
-    for (int i = 0; i < 20 && player.log.size() < 5; ++i) player.tick.PosTimer();
+    for (int i = 0; i < 20 && player.steps.size() < 5; ++i) player.tick.PosTimer();
   };
   player.Play({.duration = 2});
   player.AdvanceUntilLogged(5000);
-  EXPECT_THAT(player.log, ElementsAre("next"));
+  EXPECT_THAT(player.steps, ElementsAre("next"));
 }
 
 TEST(PlaybackTick, AListPlaysThroughAndWraps) {
@@ -390,8 +325,8 @@ TEST(PlaybackTick, AListPlaysThroughAndWraps) {
     }
     player.session.ResumeEndPosition = kNoPosition;
     player.time.Advance(2200 + 2 * (10 + render_milliseconds) + 100);
-    EXPECT_THAT(player.log, ElementsAre("open 1.avi", "next", "open 2.avi", "next", "open 3.avi",
-                                        "open 1.avi"));
+    EXPECT_THAT(player.steps, ElementsAre("open 1.avi", "next", "open 2.avi", "next", "open 3.avi",
+                                          "open 1.avi"));
     EXPECT_TRUE(player.Playing());
   }
 }
@@ -399,17 +334,17 @@ TEST(PlaybackTick, AListPlaysThroughAndWraps) {
 TEST(PlaybackTick, KeepsOffWhileTheUserScrubs) {
   Player player;
   player.Play({.duration = 100, .width = 64, .height = 48});
-  player.slider1.PointerDown(kLeftButton, kCtrlKey, 5, 10);
-  player.slider1.PointerMove(kLeftButton, 104, 10);
+  player.position.PointerDown(kLeftButton, kCtrlKey, 5, 10);
+  player.position.PointerMove(kLeftButton, 104, 10);
   ASSERT_TRUE(player.sliders.CtrlScrubbing());
   ASSERT_NEAR(player.movie.DS_GetPosition(), 99, 1e-9);
   player.movie.DS_Play();  // even when it runs to its end under the knob
   player.time.Advance(3000);
-  EXPECT_THAT(player.log, IsEmpty());
-  EXPECT_NEAR(player.slider1.Value(), 99, 1e-9);
-  player.slider1.PointerUp(kLeftButton, kCtrlKey, 104, 10);  // starts over
+  EXPECT_THAT(player.steps, IsEmpty());
+  EXPECT_NEAR(player.position.Value(), 99, 1e-9);
+  player.position.PointerUp(kLeftButton, kCtrlKey, 104, 10);  // starts over
   player.time.Advance(1000);
-  EXPECT_NEAR(player.slider1.Value(), 1, 0.03);
+  EXPECT_NEAR(player.position.Value(), 1, 0.03);
 }
 
 TEST(PlaybackTick, StreamsWithoutPositionOrLengthAreLeftAlone) {
@@ -429,27 +364,8 @@ TEST(PlaybackTick, StreamsWithoutPositionOrLengthAreLeftAlone) {
     player.session.AsxInfo.entry = row.entry;
     player.Play({.duration = row.duration, .stalls = {{1.5, 1e9}}});
     player.time.Advance(3000);
-    EXPECT_EQ(player.log.empty(), !row.followed);
+    EXPECT_EQ(player.steps.empty(), !row.followed);
   }
-}
-
-TEST(PlaybackTick, AnIdleTickAllocatesNothing) {
-  Player player;
-  const auto allocated_by_ticks = [&] {
-    player.tick.PosTimer();
-    const std::size_t before = allocations;
-    for (int i = 0; i < 100; ++i) player.tick.PosTimer();
-    return allocations - before;
-  };
-  EXPECT_EQ(allocated_by_ticks(), 0U) << "nothing open";
-  player.Play({.duration = 100});
-  player.settings.CurrentFile = "/a/name/that/is/longer/than/a/short/text/holds/in/itself.avi";
-  player.time.Advance(3000);
-  player.movie.DS_Pause();
-  EXPECT_EQ(allocated_by_ticks(), 0U) << "paused";
-  player.movie.DS_Play();
-  player.time.Advance(30);
-  EXPECT_EQ(player.shown_time, "00:00:03.03");
 }
 
 struct Window : MovieView {

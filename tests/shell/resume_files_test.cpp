@@ -1,9 +1,8 @@
 // Resume files on the disk, the engine over a fake graph.
 #include "shell/resume_files.h"
 
-#include "support/fake_graph.h"
-#include "support/fake_pump.h"
 #include "support/fake_text_platform.h"
+#include "support/movie_world.h"
 #include "support/scripted_dialogs.h"
 #include "support/temp_folder.h"
 #include "system/ini_file.h"
@@ -24,7 +23,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-class ResumeFilesTest : public testing::Test, protected ResumeFilesHost {
+class ResumeFilesTest : public testing::Test, protected MovieWorld, protected ResumeFilesHost {
  protected:
   ResumeFilesTest() {
     film = MakeMedium("Film.avi");
@@ -71,14 +70,8 @@ class ResumeFilesTest : public testing::Test, protected ResumeFilesHost {
   TempFolder temp;
   std::string film;
   std::string other;
-  Settings settings;
-  Session session;
   ScriptedDialogs dialogs;
-  VirtualTime time;
-  FakePump pump{&time};
   FakeTextPlatform text;
-  FakeGraphFactory factory{time, pump};
-  clsDShowControl movie{factory, pump};
   OSTList list{text};
   bool refuse_open = false;
   std::function<void()> after_open;
@@ -266,17 +259,15 @@ TEST_F(ResumeFilesTest, GoesToThePositionAndPlaysAsTheSettingsSay) {
     bool same_medium;
     double seconds;
     int state;
-  } rows[] = {
-      {"POS=30", false, false, false, 30.0, kHalted},
-      {"POS=30", true, false, false, 30.0, kPlaying},
-      {"POS=30", true, true, false, 30.0, kPlaying},
-      {"POS=30", false, true, false, 30.0, kPaused},
-      {"POS=0", true, true, false, 0.0, kHalted},
-      {"", true, true, false, 0.0, kHalted},
-      {"POS=-4", true, true, false, 0.0, kHalted},
-      {"POS=30", true, false, true, 30.0, kPlaying},
-      {"POS=30", false, false, true, 30.0, kHalted},
-  };
+  } rows[] = {{"POS=30", false, false, false, 30.0, kHalted},
+              {"POS=30", true, false, false, 30.0, kPlaying},
+              {"POS=30", true, true, false, 30.0, kPlaying},
+              {"POS=30", false, true, false, 30.0, kPaused},
+              {"POS=0", true, true, false, 0.0, kHalted},
+              {"", true, true, false, 0.0, kHalted},
+              {"POS=-4", true, true, false, 0.0, kHalted},
+              {"POS=30", true, false, true, 30.0, kPlaying},
+              {"POS=30", false, false, true, 30.0, kHalted}};
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << row.position << row.auto_play << row.auto_start);
     movie.DS_OpenFile(row.same_medium ? film : other, 0, 0, 320, 200, 7);

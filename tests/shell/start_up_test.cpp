@@ -67,44 +67,6 @@ TEST(StartUp, GoesOnWithoutAStore) {
   EXPECT_FALSE(start.IsDebugMode());
 }
 
-TEST(MainTimers, StandInTheTableAsEverybodyKnowsThem) {
-  constexpr auto kHigh = TimerKind::kHighResolution;
-  constexpr auto kPlain = TimerKind::kOrdinary;
-  const struct {
-    std::string_view name;
-    TimerKind kind;
-    int interval;
-  } rows[] = {
-      {"PosTimer", kHigh, 30},
-      {"LinkExeTimer", kHigh, 50},
-      {"PanelShowTimer", kHigh, 10},
-      {"OpeningCMDDelay", kPlain, 3000},
-      {"LoadLast", kPlain, 50},
-      {"MouseTimer", kPlain, 50},
-      {"mnuTimer", kPlain, 25},
-      {"UnloadTimer", kPlain, 50},
-      {"PlayFromPlaylist", kPlain, 500},
-      {"ToggleFullscreenTimer", kPlain, 10},
-      {"PanelDelayTimer", kPlain, 500},
-      {"DelayAutoHide", kPlain, 1000},
-      {"UpdateDispTimer", kPlain, 10},
-      {"SetCaptionDelay", kPlain, 5},
-      {"NormalizeCaption", kPlain, 3000},
-      {"tmrCheckBuffering", kPlain, 250},
-      {"tmrCheckBufferingTimeout", kPlain, 15000},
-      {"DemoTimer", kPlain, 1000},
-      {"FadeInTimer", kPlain, 5},
-      {"VolumeFlash", kPlain, 100},
-      {"UpdateVuRunning", kPlain, 50},
-  };
-  ASSERT_EQ(kMainTimers.size(), std::size(rows));
-  for (std::size_t i = 0; i < std::size(rows); ++i) {
-    EXPECT_EQ(kMainTimers.at(i).name, rows[i].name);
-    EXPECT_EQ(kMainTimers.at(i).kind, rows[i].kind) << rows[i].name;
-    EXPECT_EQ(kMainTimers.at(i).interval, rows[i].interval) << rows[i].name;
-  }
-}
-
 TEST(MainTimers, AreMadeDisabledTellWhoFiresAndStopTogether) {
   VirtualTime time;
   std::vector<MainTimer> fired;

@@ -1,9 +1,8 @@
 // The time strip: what is printed where, and that nothing is printed or asked of the disk in vain.
 #include "shell/time_display.h"
 
-#include "support/fake_graph.h"
-#include "support/fake_pump.h"
 #include "support/fake_text_platform.h"
+#include "support/movie_world.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,7 +26,7 @@ struct Strip : PicTime {
   int prints = 0;
 };
 
-class TimeDisplayTest : public testing::Test {
+class TimeDisplayTest : public testing::Test, protected MovieWorld {
  protected:
   void Open(const std::string& file, double duration) {
     factory.media[file].duration = duration;
@@ -35,11 +34,6 @@ class TimeDisplayTest : public testing::Test {
     settings.CurrentFile = file;
   }
 
-  VirtualTime time;
-  FakePump pump{&time};
-  FakeGraphFactory factory{time, pump};
-  clsDShowControl movie{factory, pump};
-  Settings settings;
   FakeTextPlatform text;
   Strip strip;
   double size = 10 * 1024;
@@ -89,17 +83,6 @@ TEST_F(TimeDisplayTest, TouchesTheViewOnlyForAChange) {
   EXPECT_EQ(strip.lines.back(), "140: [2.50 KB]");
 }
 
-TEST_F(TimeDisplayTest, TheTitleOfAStreamAndTheTimesTakeTurns) {
-  Open("mms://h/a", 100);
-  display.ShowPosition(0);
-  display.PrintTitle("Radio");
-  display.PrintTitle("Radio");
-  EXPECT_THAT(strip.lines, ElementsAre("1:Radio"));
-  EXPECT_EQ(strip.prints, 4);
-  display.ShowPosition(0);
-  EXPECT_EQ(strip.lines.size(), 3U);
-}
-
 TEST_F(TimeDisplayTest, AsksForTheSizeOncePerMedium) {
   Open("/m/a.mp3", 100);
   for (int i = 0; i < 50; ++i) display.ShowPosition(i);
@@ -117,15 +100,6 @@ TEST_F(TimeDisplayTest, AsksForTheSizeOncePerMedium) {
   display.ShowPosition(49);
   EXPECT_THAT(asked, ElementsAre("/m/b.mp3"));
   EXPECT_EQ(strip.lines.back(), "140: [9.80 KB]");
-}
-
-TEST(PlaysWithoutPosition, IsAnAsxStreamOfAnySchemeButMms) {
-  Session session;
-  EXPECT_FALSE(PlaysWithoutPosition(session));
-  session.AsxInfo.entry = "MMS://host/a";
-  EXPECT_FALSE(PlaysWithoutPosition(session));
-  session.AsxInfo.entry = "http://host/mms://";
-  EXPECT_TRUE(PlaysWithoutPosition(session));
 }
 
 }  // namespace

@@ -1,14 +1,10 @@
 // The buttons, the A > B marks and the wheel, on a fake medium.
 #include "shell/transport.h"
 
-#include "shell/wheel_seek.h"
-#include "support/fake_graph.h"
-#include "support/fake_pump.h"
+#include "shell/transport_player.h"
 
-#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -18,113 +14,21 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct Player : TransportNavigation,
-                TransportMenu,
-                TransportVisuals,
-                TransportDisplay,
-                MarksView,
-                clsDShowControl::Events {
-  template <class... T>
-  void Log(const T&... parts) {
-    std::ostringstream line;
-    const char* gap = "";
-    ((line << gap << parts, gap = " "), ...);
-    log.push_back(line.str());
-  }
-
-  std::string PlaylistItem(int index) const override {
-    const auto at = static_cast<std::size_t>(index - 1);
-    return at < list.size() ? list[at] : "";
-  }
-  void PlaylistSetPrevious(bool first, bool now) override { Log("previous", first, now); }
-  void PlaylistSetNext(bool last, int index, bool now) override { Log("next", last, index, now); }
-  void StartPlaylistTimer(bool immediate) override { Log("timer", immediate); }
-  void RunMenuCommand(std::string_view key) override { Log("command", key); }
-  void SetMenuEnabled(std::string_view key, bool enabled) override { Log(key, enabled); }
-  void PopUpMainMenu() override { Log("popup"); }
-  void SetVumeterVisible() override { Log("meter"); }
-  bool StopMeter() override {
-    Log("stop meter");
-    return meter_runs;
-  }
-  void StartMeter() override { Log("start meter"); }
-  void CyclePlugins() override { Log("cycle"); }
-  void ReleasePlugin() override { Log("release"); }
-  void UpdateFileDisp(const std::string& text) override { Log("title", text); }
-  void UpdateFileDataDisplay() override { Log("data"); }
-  void ShowStatus(int kind) override { Log("status", kind); }
-  void SetRepeatFace(int face) override { Log("repeat face", face); }
-  PlaylistWindow StateOfPlaylistWindow() const override { return window; }
-  void ShowPlaylistWindow() override { Log("show"); }
-  void RestorePlaylistWindow() override { Log("restore"); }
-  void FocusPlaylistWindow() override { Log("focus"); }
-  void SetAbFace(int face) override { ab_face = face; }
-  void SetAbToolTip(const std::string& text) override { ab_tip = text; }
-  void Movie_PlayStateChange(clsDShowControl::PlayState state) override { Log("state", state); }
-  void Movie_PrepareMedia(const std::string& /*File*/) override {}
-  void Movie_PrepareMediaFinish(const std::string& /*File*/) override {}
-
-  Player() {
-    factory.media["/m/a.avi"] = {
-        .duration = 100, .width = 64, .height = 48, .frames_per_second = 25};
-    factory.media["/m/a.mp3"] = {.duration = 100};
-    volume.SetMax(99);
-    movie.SetEvents(this);
-  }
-
-  void Open(const std::string& file) {
-    movie.DS_OpenFile(file, 0, 0, 0, 0, 0);
-    settings.CurrentFile = file;
-    position.SetMax(100);
-    factory.calls.clear();
-  }
-
-  void OpenAt(const std::string& file, double seconds, bool play) {
-    Open(file);
-    movie.DS_SetPosition(seconds);
-    movie.DS_Play();
-    if (!play) movie.DS_Pause();
-    factory.calls.clear();
-    log.clear();
-  }
-
-  bool Playing() const { return movie.DS_IsRunning() && !movie.DS_IsPaused(); }
-
-  std::vector<std::string> log;
-  std::vector<std::string> list;
-  bool meter_runs = true;
-  PlaylistWindow window = PlaylistWindow::kNotLoaded;
-  int ab_face = -1;
-  std::string ab_tip;
-
-  VirtualTime time;
-  FakePump pump{&time};
-  FakeGraphFactory factory{time, pump};
-  clsDShowControl movie{factory, pump};
-  Settings settings;
-  Session session;
-  ScrollerSurface surface;
-  ScrollerModel position{surface}, volume{surface};
-  Marks marks{movie, session, position, *this};
-  Transport transport{movie, settings, session, marks, pump, *this, *this, *this, *this};
-  WheelSeek wheel{movie, transport, volume};
-};
+using Player = TransportPlayer;
 
 TEST(Transport, EveryButtonDoesItsOwn) {
   const struct {
     int index;
     std::vector<std::string> log;
     std::vector<std::string> second_press;
-  } rows[] = {
-      {-1, {}, {}},
-      {3, {"previous 0 1"}, {"previous 0 1"}},
-      {4, {"next 0 -1 1"}, {"next 0 -1 1"}},
-      {6, {"repeat face 1"}, {}},
-      {8, {"previous 1 1"}, {}},
-      {9, {"next 1 -1 1"}, {}},
-      {11, {"cycle"}, {}},
-      {12, {}, {}},
-  };
+  } rows[] = {{-1, {}, {}},
+              {3, {"previous 0 1"}, {"previous 0 1"}},
+              {4, {"next 0 -1 1"}, {"next 0 -1 1"}},
+              {6, {"repeat face 1"}, {}},
+              {8, {"previous 1 1"}, {}},
+              {9, {"next 1 -1 1"}, {}},
+              {11, {"cycle"}, {}},
+              {12, {}, {}}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.index);
     Player player;
@@ -242,16 +146,6 @@ TEST(Transport, TheMenuStopsTheMeterAndKnowsWhatCanBeSaved) {
   player.settings.CurrentFile = "/m/a.wax";
   player.transport.BUtton_Click(Transport::kMenu);
   EXPECT_THAT(player.log, ElementsAre("stop meter", "mSaveRFAs 1", "popup"));
-}
-
-TEST(Transport, ThePlaylistButtonBringsTheWindowUp) {
-  using Window = TransportDisplay::PlaylistWindow;
-  Player player;
-  for (const Window window : {Window::kNotLoaded, Window::kMinimised, Window::kOpen}) {
-    player.window = window;
-    player.transport.BUtton_Click(Transport::kPlaylist);
-  }
-  EXPECT_THAT(player.log, ElementsAre("show", "restore", "focus"));
 }
 
 TEST(Marks, ThreePressesSetOrderAndClear) {

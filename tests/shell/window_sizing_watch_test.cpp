@@ -1,8 +1,7 @@
 // What the messages of a moved and sized window do, in each state that matters to them.
 #include "shell/window_sizing_watch.h"
 
-#include "support/fake_graph.h"
-#include "support/fake_pump.h"
+#include "support/movie_world.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -33,7 +32,7 @@ struct Form : SizingView {
   std::vector<std::string> log;
 };
 
-class WindowSizingWatchTest : public testing::Test {
+class WindowSizingWatchTest : public testing::Test, protected MovieWorld {
  protected:
   void Open(int window_milliseconds) {
     factory.media["/m/a.avi"] = {
@@ -43,12 +42,6 @@ class WindowSizingWatchTest : public testing::Test {
     factory.calls.clear();
   }
 
-  VirtualTime time;
-  FakePump pump{&time};
-  FakeGraphFactory factory{time, pump};
-  clsDShowControl movie{factory, pump};
-  Settings settings;
-  Session session;
   Form form;
   WindowSizingWatch watch{movie, settings, session,
                           time,  form,     [] { return PictureRectangle{1, 2, 30, 40}; }};

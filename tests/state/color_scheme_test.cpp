@@ -66,15 +66,6 @@ class Schemes : public testing::Test, public ColorEditorHost {
   int lists_ = 0;
 };
 
-TEST(ColorSlots, EveryLabelledSlotOnce) {
-  std::set<ColorSlot> slots;
-  for (const ColorSlotRow& row : kColorSlotRows) slots.insert(row.slot);
-  EXPECT_EQ(slots.size(), 28U);
-  for (const int unused : {10, 11, 12, 16, 20}) {
-    EXPECT_FALSE(slots.contains(static_cast<ColorSlot>(unused)));
-  }
-}
-
 TEST_F(Schemes, AreFoundInAllFoldersTheUsersFirst) {
   temp_.Write("home/colorscemes/Blue.dat", SchemeOf(7));
   temp_.Write("home/colorscemes/a.b.dat", SchemeOf(8));

@@ -1,5 +1,6 @@
 // The desktop's colour picker, played by a portal on a bus of its own.
 #include "state/portal_color_qt.h"
+#include "support/private_bus_qt.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
@@ -7,9 +8,6 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVirtualObject>
-#include <QElapsedTimer>
-#include <QProcess>
-#include <QStandardPaths>
 
 #include <gtest/gtest.h>
 #include <optional>
@@ -60,11 +58,7 @@ std::optional<std::int32_t> Ask(PortalColor& portal) {
         over = true;
         ++calls;
       });
-  QElapsedTimer clock;
-  clock.start();
-  while (!over && clock.elapsed() < 20000) {
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
-  }
+  EXPECT_TRUE(WaitFor([&] { return over; }));
   QCoreApplication::processEvents();
   EXPECT_EQ(calls, 1);
   return color;
@@ -74,35 +68,21 @@ TEST(PortalColor, AnswersOrRefuses) {
   PortalColor nowhere(QDBusConnection(QStringLiteral("nowhere")), nullptr);
   EXPECT_EQ(Ask(nowhere), std::nullopt);
 
-  if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty()) {
-    GTEST_SKIP() << "no dbus-daemon";
-  }
-  QProcess daemon;
-  daemon.start(
-      QStringLiteral("dbus-daemon"),
-      {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-  ASSERT_TRUE(daemon.waitForReadyRead(20000));
-  const QString address = QString::fromUtf8(daemon.readLine()).trimmed();
-  {
-    QDBusConnection asking = QDBusConnection::connectToBus(address, QStringLiteral("asking"));
-    QDBusConnection serving = QDBusConnection::connectToBus(address, QStringLiteral("serving"));
-    PortalColor portal(asking, nullptr);
-    EXPECT_EQ(Ask(portal), std::nullopt);  // a desktop without it
+  PrivateBus bus;
+  if (!bus.Runs()) GTEST_SKIP() << "no dbus-daemon";
+  QDBusConnection serving = bus.Connect();
+  PortalColor portal(bus.Connect(), nullptr);
+  EXPECT_EQ(Ask(portal), std::nullopt);  // a desktop without it
 
-    FakePortal fake;
-    ASSERT_TRUE(
-        serving.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), &fake));
-    ASSERT_TRUE(serving.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
-    EXPECT_EQ(Ask(portal), 0x0080FF);
-    fake.empty = true;
-    EXPECT_EQ(Ask(portal), -1);
-    fake.response = 1;  // cancelled
-    EXPECT_EQ(Ask(portal), -1);
-  }
-  QDBusConnection::disconnectFromBus(QStringLiteral("asking"));
-  QDBusConnection::disconnectFromBus(QStringLiteral("serving"));
-  daemon.terminate();
-  daemon.waitForFinished(20000);
+  FakePortal fake;
+  ASSERT_TRUE(
+      serving.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), &fake));
+  ASSERT_TRUE(serving.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+  EXPECT_EQ(Ask(portal), 0x0080FF);
+  fake.empty = true;
+  EXPECT_EQ(Ask(portal), -1);
+  fake.response = 1;  // cancelled
+  EXPECT_EQ(Ask(portal), -1);
 }
 
 }  // namespace

@@ -64,105 +64,27 @@ std::string Layout() {
 }
 
 Settings Numbered() {
-  Settings s;
-  s.AutoPlayResume = 100;
-  s.QuickSearchText = "200";
-  s.CpuGraphGridMove = 300;
-  s.CpuGraphInterval = 400;
-  s.CpuGraph = 500;
-  s.CpuGraphGrid = 600;
-  s.HideControlsInFullscreen = 700;
-  s.FullScreen = 800;
-  s.KeepAspect = 900;
-  s.FitToWindow = 1000;
-  s.HideInFullscreen = 1100;
-  s.HideInNormal = 1200;
-  s.IncludePathInFileTitle = 1300;
-  s.AutoLoadLast = 1400;
-  s.SavePlaylist = 1500;
-  s.reserved16 = 1600;
-  s.FirstRun = 1700;
-  s.ShowFramesWhileScrolling = 1800;
-  s.PlaylistShowDetails = 1900;
-  s.reserved20 = 2000;
-  s.reserved21 = 2100;
-  s.MinimizeToTray = 2200;
-  s.RememberWindowPos = 2300;
-  s.RememberSize = 2400;
-  s.WindowWidth = 2500;
-  s.WindowHeight = 2600;
-  s.WindowLeft = 2700;
-  s.WindowTop = 2800;
-  s.Volume = 2900;
-  s.LastOpenFolder = "3000";
-  s.RepeatMode = 3100;
-  s.PlayRate = 3200;
-  s.Balance = 3300;
-  s.PlaylistIndex = 3400;
-  s.PlaylistFile = "3500";
-  s.CurrentFile = "3600";
-  s.StorePos = 3700;
-  s.LastPosition = 3800;
-  s.AutoStart = 3900;
-  s.DragDropAddsToPlaylist = 4000;
-  s.reserved41 = 4100;
-  s.PlaylistTop = 4200;
-  s.PlaylistLeft = 4300;
-  s.PlaylistHeight = 4400;
-  s.PlaylistWidth = 4500;
-  s.PlaylistVisible = 4600;
-  for (int i = 0; i < 33; ++i) s.Colors.at(static_cast<std::size_t>(i)) = 4700 + i;
-  s.ColorScheme = "4800";
-  s.PlayingFromPlaylist = 4900;
-  s.reserved50 = 5000;
-  s.PreviousItemPosition = 5100;
-  s.ShowVuMeter = 5200;
-  s.VuMeterStyle = 5300;
-  s.VuRefreshRate = 5400;
-  s.AudioBufferSize = 5500;
-  s.AudioBufferCount = 5600;
-  s.AudioSampleRate = 5700;
-  s.LastSaveFolder = "5800";
-  s.PluginStyle = 5900;
-  s.UseExternalPlugin = 6000;
-  s.PluginProgId = "6100";
-  s.PluginName = "6200";
-  s.PluginKey = "6300";
-  s.VumeterTop = 6400;
-  s.VumeterLeft = 6500;
-  s.VumeterHeight = 6600;
-  s.VumeterWidth = 6700;
-  s.VumeterVisible = 6800;
-  s.AutoNext = 6900;
-  for (int i = 0; i < 12; ++i) {
-    s.PlaylistColumnWidth.at(static_cast<std::size_t>(i)) = 7000 + i;
-    s.PlaylistColumnPosition.at(static_cast<std::size_t>(i)) = 7100 + i;
-  }
-  s.reserved72 = {7200, 7201, 7202};
-  s.SaveAbsolutePaths = 7300;
-  s.FindPlaying = 7400;
-  s.AutoZoom = 7500;
-  s.AutoPlayPlaylist = 7600;
-  s.reserved77 = {7700, 7701};
-  s.reserved78 = {7800, 7801, 7802, 7803};
-  s.AutoFullscreen = 7900;
-  s.AutoRestart = 8000;
-  s.RestartPlaying = 8100;
-  s.LastWindowState = 8200;
-  for (int i = 0; i < 10; ++i) {
-    s.RecentFiles.at(static_cast<std::size_t>(i)) = std::to_string(8300 + i);
-  }
-  s.InitLastFrame = 8400;
-  s.SilentSizing = 8500;
-  return s;
+  Settings settings;
+  EXPECT_TRUE(SettingsFromBytes(Layout() + "what follows is ignored", settings));
+  return settings;
 }
 
 TEST(Settings, EveryFieldStandsInItsPlace) {
   EXPECT_EQ(SettingsToBytes(Settings()).size(), 536U);
-  EXPECT_EQ(SettingsToBytes(Numbered()), Layout());
-  Settings read;
-  EXPECT_TRUE(SettingsFromBytes(Layout() + "what follows is ignored", read));
-  EXPECT_EQ(read, Numbered());
+  const Settings s = Numbered();
+  EXPECT_EQ(SettingsToBytes(s), Layout());
+  // By name: the first and the last, and one of each stretch between.
+  EXPECT_EQ(s.AutoPlayResume + s.FitToWindow + s.FirstRun + s.SilentSizing,
+            100 + 1000 + 1700 + 8500);
+  EXPECT_EQ(s.WindowTop + s.Volume + s.PlaylistIndex + s.PlaylistWidth, 2800 + 2900 + 3400 + 4500);
+  EXPECT_EQ(s.LastPosition, 3800);
+  EXPECT_EQ(s.Colors[32], 4732);
+  EXPECT_EQ(s.VuRefreshRate + s.AudioSampleRate + s.VumeterWidth, 5400 + 5700 + 6700);
+  EXPECT_EQ(s.PlaylistColumnWidth[11] + s.PlaylistColumnPosition[11], 7011 + 7111);
+  EXPECT_EQ(s.AutoRestart + s.LastWindowState, 8000 + 8200);
+  EXPECT_EQ(s.LastOpenFolder + s.PlaylistFile + s.CurrentFile + s.ColorScheme + s.PluginKey +
+                s.RecentFiles[9],
+            "300035003600480063008309");
 }
 
 TEST(Settings, ValuesSurviveAsTheyAre) {

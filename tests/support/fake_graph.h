@@ -34,6 +34,7 @@ struct FakeMedium {
   int height = 0;
   double frames_per_second = 0.0;
   bool renders = true;
+  bool certificate_refused = false;
   int render_milliseconds = 0;  // what RenderFile takes, spent in the pump
   bool seekable = true;
   std::vector<FakeStall> stalls = {};
@@ -77,6 +78,7 @@ class FakeGraph : public FilterGraph {
     ready_ = medium_.renders && needed <= kPatience;
     return ready_;
   }
+  bool CertificateRefused() const override { return medium_.certificate_refused; }
 
   bool Run() override {
     Note("Run");

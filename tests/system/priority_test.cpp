@@ -10,30 +10,6 @@
 namespace kv {
 namespace {
 
-TEST(Priority, WordsAndTexts) {
-  struct Case {
-    const char* word;
-    int priority_class;
-    const char* text;
-  };
-  const Case cases[] = {
-      {"realtime", 256, "Realtime"},
-      {"High", 128, "High"},
-      {"ABOVENORMAL", 32768, "Above Normal"},
-      {"belownormal", 16384, "Below Normal"},
-      {"low", 64, "Idle"},
-      {"normal", 32, "Normal"},
-      {"Above Normal", 32, "Normal"},
-      {"", 32, "Normal"},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(PriorityClassOfWord(c.word), c.priority_class) << c.word;
-    EXPECT_EQ(PriorityClassText(c.priority_class), c.text);
-  }
-  EXPECT_EQ(PriorityClassText(33), "Unknown:33");
-  EXPECT_EQ(PriorityClassText(0), "Unknown:0");
-}
-
 // A process that does nothing, to be renamed, slowed and ended at will.
 class IdleChild {
  public:

@@ -49,6 +49,25 @@ TEST(SaveFile, LinksSurvive) {
   EXPECT_EQ(folder.Entries(), 5);
 }
 
+TEST(SaveFile, AnotherUsersLinkInASharedFolderIsNotFollowed) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can put another user's link somewhere";
+  const TempFolder folder;
+  folder.Write("mine", "old");
+  folder.MakeFolder("shared");
+  constexpr uid_t kAnother = 12345;
+  for (const char* const name : {"shared/own", "shared/trap", "trap"}) {
+    std::filesystem::create_symlink(folder.Path("mine"), folder.Path(name));
+    const uid_t owner = std::string_view(name).ends_with("trap") ? kAnother : geteuid();
+    ASSERT_EQ(lchown(folder.Path(name).c_str(), owner, owner), 0);
+  }
+  ASSERT_EQ(chmod(folder.Path("shared").c_str(), 01777), 0);
+  EXPECT_FALSE(SaveFileChecked(folder.Path("shared/trap"), "new"));
+  EXPECT_EQ(folder.Read("mine"), "old");
+  EXPECT_TRUE(SaveFileChecked(folder.Path("shared/own"), "new"));
+  EXPECT_TRUE(SaveFileChecked(folder.Path("trap"), "newer")) << "nobody else can put it here";
+  EXPECT_EQ(folder.Read("mine"), "newer");
+}
+
 TEST(SaveFile, RefusesWhatIsNoPlainFile) {
   const TempFolder folder;
   folder.MakeFolder("folder");

@@ -1,6 +1,7 @@
 // What the labels say of each kind of medium.
 #include "view/information_display.h"
 
+#include "support/fake_readers.h"
 #include "support/fake_shell_services.h"
 #include "support/fake_text_platform.h"
 #include "support/temp_folder.h"
@@ -12,53 +13,6 @@
 
 namespace kv {
 namespace {
-
-struct FakeTag {
-  bool has_tag = false;
-  std::string title;
-  std::string artist;
-  std::string album;
-  int genre = -1;
-};
-
-// Readers that answer what the test sets, whatever the file; a tag only shows once it is loaded.
-struct FakeReaders : MediaReaders {
-  struct Header : MpegHeaderInfo {
-    explicit Header(bool is_valid) : valid(is_valid) {}
-    bool IsValid(const std::string&) override { return valid; }
-    double Duration() const override { return 59.2; }
-    int Bitrate() const override { return 128; }
-    int Frequency() const override { return 44100; }
-    std::string Mode() const override { return "Stereo"; }
-    int HeaderValue() const override { return 251; }
-    bool valid;
-  };
-  struct Reader : TagReader {
-    explicit Reader(FakeTag content) : tag(std::move(content)) {}
-    void Load(const std::string&) override { loaded = true; }
-    bool HasTag() const override { return loaded && tag.has_tag; }
-    std::string Title() const override { return tag.title; }
-    void SetTitle(const std::string& title) override { tag.title = title; }
-    std::string Artist() const override { return tag.artist; }
-    std::string Album() const override { return tag.album; }
-    int Genre() const override { return tag.genre; }
-    std::string GenreName(int number) const override { return number == 17 ? "Rock" : ""; }
-    FakeTag tag;
-    bool loaded = false;
-  };
-  std::unique_ptr<MpegHeaderInfo> MakeMpegHeaderInfo() const override {
-    return std::make_unique<Header>(header);
-  }
-  std::unique_ptr<TagReader> MakeTagReaderPrimary() const override {
-    return std::make_unique<Reader>(v1);
-  }
-  std::unique_ptr<TagReader> MakeTagReaderSecondary() const override {
-    return std::make_unique<Reader>(v2);
-  }
-  bool header = true;
-  FakeTag v1;
-  FakeTag v2;
-};
 
 class InformationDisplayTest : public testing::Test, protected InformationView, protected DispHost {
  protected:
@@ -289,21 +243,6 @@ TEST_F(InformationDisplayTest, MakesAnAddressALink) {
   EXPECT_EQ(clicked, -1);
   events.Disp_MouseDown(2);
   EXPECT_EQ(clicked, 7);
-}
-
-TEST(GetDomain, IsTheHostOrTheWholeInAnotherSpelling) {
-  const struct {
-    std::string url;
-    std::string domain;
-  } rows[] = {{"http://h.org/x/y", "h.org"},
-              {"http://host", "http-__host"},
-              {"no slashes", ""},
-              {"http:///x", "http-___x"},
-              {"http:////x", "/"},
-              {"//", "__"},
-              {"//h/", "h"},
-              {"", ""}};
-  for (const auto& row : rows) EXPECT_EQ(GetDomain(row.url), row.domain) << row.url;
 }
 
 }  // namespace

@@ -97,17 +97,6 @@ class PointerWatchTest : public testing::Test, protected PointerWorld, protected
   }
 };
 
-TEST_F(PointerWatchTest, CountsCallsOfThePointer) {
-  watch.SetCursor(true, false);
-  EXPECT_EQ(calls, "");
-  watch.SetCursor(true, true);
-  watch.SetCursor(false, false);
-  watch.SetCursor(false, false);
-  watch.SetCursor(false, true);
-  watch.SetCursor(true, false);
-  EXPECT_EQ(calls, "show hide hide show ");
-}
-
 TEST_F(PointerWatchTest, HidesTheTaskBarWhileFullScreenHasTheForeground) {
   GoFullScreen();
   EXPECT_EQ(During(100), "no-bar ");
