@@ -4,8 +4,8 @@
 // and removes everything again. Once with the file in the cache ("warm") and once after the system
 // was told to forget it ("cold"). Ours carries the whole load of the window's copier: a thread, an
 // event for each block and the interface thread that takes them. The pair changes its order from
-// run to run. Prints medians, extremes and the ratio of speeds, and the longest that one piece of
-// news kept the interface thread.
+// run to run. Prints medians, extremes and the ratio of speeds, and how long single pieces of news
+// kept the interface thread.
 #include "controls/file_copier.h"
 #include "system/dialogs_qt.h"
 #include "system/file_descriptor.h"
@@ -76,7 +76,8 @@ class Ours : public QObject {
     return taken;
   }
 
-  double Longest() const { return longest_; }
+  // How long each piece of news kept the interface thread.
+  const std::vector<double>& Pieces() const { return pieces_; }
 
  private:
   void Post(std::function<void()> work) {
@@ -85,12 +86,12 @@ class Ours : public QObject {
         [this, work = std::move(work)] {
           const auto begin = Clock::now();
           work();
-          longest_ = std::max(longest_, Milliseconds(begin));
+          pieces_.push_back(Milliseconds(begin));
         },
         Qt::QueuedConnection);
   }
 
-  double longest_ = 0;
+  std::vector<double> pieces_;
   DialogsQt dialogs_;
   TextPlatformQt text_;
   TimerSourceQt time_;
@@ -118,7 +119,7 @@ double Median(std::vector<double> values) {
 
 void Print(const char* who, const std::vector<double>& values) {
   const auto [least, most] = std::minmax_element(values.begin(), values.end());
-  std::printf("  %-12s %8.1f ms  (%.1f to %.1f)\n", who, Median(values), *least, *most);
+  std::printf("  %-12s median %8.2f   min %8.2f   max %8.2f\n", who, Median(values), *least, *most);
 }
 
 void Compare(const char* title, const std::string& folder, int runs, bool cold) {
@@ -137,11 +138,12 @@ void Compare(const char* title, const std::string& folder, int runs, bool cold) 
     run(i % 2 == 0);
     run(i % 2 != 0);
   }
-  std::printf("%s\n", title);
-  Print("Kestrelview", our_times);
+  std::printf("\n%s, ms\n", title);
+  Print("kestrelview", our_times);
   Print("cp", their_times);
-  std::printf("  speed as a share of cp's %.2f, longest on the interface thread %.2f ms\n",
-              Median(their_times) / Median(our_times), ours.Longest());
+  std::printf("  speed as a share of cp's %.2f\n", Median(their_times) / Median(our_times));
+  std::printf("\n%s, news on the interface thread, ms\n", title);
+  Print("kestrelview", ours.Pieces());
 }
 
 int Main(const std::string& where, int megabytes, int runs) {
@@ -153,8 +155,8 @@ int Main(const std::string& where, int megabytes, int runs) {
   folder += '/';
   MakeFile(folder + "source", megabytes);
   std::printf("%d MB, %d runs each\n", megabytes, runs);
-  Compare("warm", folder, runs, false);
-  Compare("cold", folder, runs, true);
+  Compare("Warm", folder, runs, false);
+  Compare("Cold", folder, runs, true);
   unlink((folder + "source").c_str());
   rmdir(folder.c_str());
   return 0;

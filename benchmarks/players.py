@@ -8,6 +8,7 @@ import ctypes
 import os
 import platform
 import re
+import shutil
 import statistics
 import subprocess
 import sys
@@ -33,13 +34,32 @@ def read_arguments(description):
     parser = argparse.ArgumentParser(description=description)
     parser.add_argument(
         "--program",
-        default=os.path.join(ROOT, "build", "release", "kestrelview"),
-        help="the player to measure (default: build/release/kestrelview)",
+        default=os.path.join(ROOT, "build", "bench", "kestrelview"),
+        help="the player to measure (default: build/bench/kestrelview)",
     )
     program = os.path.abspath(parser.parse_args().program)
     if not os.access(program, os.X_OK):
-        sys.exit(program + " is missing: cmake --preset release && cmake --build --preset release")
+        sys.exit(program + " is missing: cmake --preset bench && cmake --build --preset bench")
     return program
+
+
+def beside(program, name):
+    """A tool of the benchmarks, which is built into the same folder as the player."""
+    path = os.path.join(os.path.dirname(program), name)
+    if not os.access(path, os.X_OK):
+        sys.exit(path + " is missing: cmake --preset bench && cmake --build --preset bench")
+    return path
+
+
+def make_home(program, kind, playlist=""):
+    """A new program folder, "plain" or "full"; prepare_home says what that means."""
+    folder = os.path.join(os.environ["KESTRELVIEW_HOME"], "%s-%f" % (kind, time.monotonic()))
+    os.makedirs(folder, mode=0o700)
+    installed = os.path.join(ROOT, "data", "config.dat")
+    subprocess.run(
+        [beside(program, "prepare_home"), folder, installed, kind, playlist], check=True
+    )
+    return folder
 
 
 def bench_film():
@@ -67,6 +87,34 @@ def bench_film():
         )
         os.rename(part, path)
     return path
+
+
+def bench_playlist():
+    """The path of a playlist of 9999 songs that are there, made once.
+
+    They are one short song with tags under 9999 names.
+    """
+    folder = os.path.join(ROOT, "build", "bench-media", "songs")
+    playlist = os.path.join(folder, "all.m3u")
+    if not os.path.exists(playlist):
+        print("Making the songs, once ...", flush=True)
+        shutil.rmtree(folder, ignore_errors=True)
+        os.makedirs(folder)
+        song = os.path.join(folder, "0000 Song.mp3")
+        tags = {"title": "A Song", "artist": "Some Artist", "album": "An Album", "genre": "Rock"}
+        subprocess.run(
+            ["ffmpeg", "-nostdin", "-loglevel", "error", "-f", "lavfi"]
+            + ["-i", "aevalsrc=0.1*sin(2*PI*440*t)|0.1*sin(2*PI*660*t):s=44100:d=4"]
+            + [part for tag in tags.items() for part in ("-metadata", "%s=%s" % tag)]
+            + ["-write_id3v1", "1", "-c:a", "libmp3lame", "-b:a", "192k", song],
+            check=True,
+        )
+        names = ["%04d Song.mp3" % number for number in range(1, 10000)]
+        for name in names:
+            os.link(song, os.path.join(folder, name))
+        with open(playlist, "w", encoding="utf-8") as lines:
+            lines.write("".join(name + "\r\n" for name in names))
+    return playlist
 
 
 class Screen:
@@ -169,9 +217,14 @@ class Player:
             self.reader.start()
 
     @classmethod
-    def kestrelview(cls, program, film):
-        trace = os.path.join(os.environ["KESTRELVIEW_HOME"], "bench-trace.%f" % time.monotonic())
-        return cls("kestrelview", [program, film], {"KESTRELVIEW_TRACE": trace}, trace)
+    def kestrelview(cls, program, film, home=None, traced=True):
+        """`film` None: nothing is opened. `home`: a folder of make_home."""
+        home = home or make_home(program, "plain")
+        environment = {"KESTRELVIEW_HOME": home}
+        trace = os.path.join(home, "bench-trace")
+        if traced:
+            environment["KESTRELVIEW_TRACE"] = trace
+        return cls("kestrelview", [program] + ([film] if film else []), environment, trace)
 
     @classmethod
     def mpv(cls, film, box):
@@ -218,6 +271,54 @@ class Player:
             fields = stat.read().rpartition(")")[2].split()
         return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
+    def running_seconds(self):
+        """The same, to the nanosecond, of the threads that there are now."""
+        tasks = "/proc/%d/task" % self.process.pid
+        total = 0
+        for task in os.listdir(tasks):
+            with open(os.path.join(tasks, task, "schedstat"), encoding="utf-8") as times:
+                total += int(times.read().split()[0])
+        return total / 1e9
+
+    def windows(self):
+        """Identifiers of its visible windows, the main window among them."""
+        return subprocess.run(
+            ["xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid), "--name", "."],
+            capture_output=True, text=True, check=False,
+        ).stdout.split()
+
+    def wait_for_window(self):
+        return self.wait_for_film(self.windows)[0]
+
+    def call(self, method, *arguments):
+        """Asks our player over the session bus, as a desktop's media keys do, once it listens."""
+        limit = time.monotonic() + OPEN_SECONDS
+        command = ["dbus-send", "--session", "--print-reply", "--type=method_call"]
+        command += ["--dest=org.mpris.MediaPlayer2.kestrelview", "/org/mpris/MediaPlayer2"]
+        while time.monotonic() < limit:
+            answer = subprocess.run(
+                command + [method] + list(arguments), capture_output=True, text=True, check=False
+            )
+            if answer.returncode == 0:
+                return answer.stdout
+            time.sleep(0.2)
+        self.stop()
+        sys.exit("The player does not answer on the bus: " + method)
+
+    def pause(self):
+        limit = time.monotonic() + OPEN_SECONDS
+        state = ""
+        while "Paused" not in state:
+            if time.monotonic() > limit:
+                self.stop()
+                sys.exit("The player does not pause: " + state)
+            self.call("org.mpris.MediaPlayer2.Player.Pause")
+            time.sleep(0.5)
+            state = self.call(
+                "org.freedesktop.DBus.Properties.Get",
+                "string:org.mpris.MediaPlayer2.Player", "string:PlaybackStatus",
+            )
+
     def peak_megabytes(self):
         """The most memory that was resident at once."""
         with open("/proc/%d/status" % self.process.pid, encoding="utf-8") as status:
@@ -254,6 +355,14 @@ def print_machine(program):
     print("Players     kestrelview %s, %s" % (version, mpv.split(" Copyright")[0]))
     print("Screen      Xvfb 1920x1080x24, openbox, pulseaudio with a null sink; %d runs each, in turn"
           % RUNS, flush=True)
+
+
+def print_alone(what, unit, values, decimals=2):
+    """Median, smallest and largest of our own."""
+    print("\n%s, %s" % (what, unit))
+    print("  %-12s median %8.*f   min %8.*f   max %8.*f" % (
+        "kestrelview", decimals, statistics.median(values), decimals, min(values), decimals,
+        max(values)), flush=True)
 
 
 def print_pair(what, unit, ours, theirs, decimals=0):

@@ -18,6 +18,9 @@ constexpr double kCell = 5.0;  // units; lights are soft
 constexpr float kFloor = -54.0F;
 constexpr int kLightest = 90;             // of 255, of a night
 constexpr std::size_t kGrainSize = 1021;  // a prime, so that lines do not repeat
+constexpr int kLongestSpan = 256;         // pixels of a cell
+constexpr float kBrightest = 254.9F;      // leaves room for the grain
+constexpr float kBias = 1.0F / 64.0F;     // so that what is rounded off never leads below 0
 
 // Bins of 15.6 Hz at 8000 Hz, and where in the sky the curtain hangs.
 struct Curtain {
@@ -42,13 +45,40 @@ float Wave(float value) {
   return std::sin(value);
 }
 
+// Three channels in one number, each with twelve binary places in a field of 21 bits. As sums of
+// what the fields are worth such numbers can be added and taken away, as long as no channel of the
+// result is below 0.
+using Packed = std::int64_t;
+constexpr float kOne = 4096.0F;
+constexpr unsigned kField = 21;
+
+template <class Light>
+Packed Pack(const Light& light) {
+  constexpr Packed kShift = Packed{1} << kField;
+  return (static_cast<Packed>(light.red * kOne) * kShift +
+          static_cast<Packed>(light.green * kOne)) *
+             kShift +
+         static_cast<Packed>(light.blue * kOne);
+}
+
+QRgb ColorOf(Packed light) {
+  const auto bits = static_cast<std::uint64_t>(light);
+  return 0xFF000000U | (static_cast<QRgb>(bits >> 38U) & 0xFF0000U) |
+         (static_cast<QRgb>(bits >> 25U) & 0xFF00U) | (static_cast<QRgb>(bits >> 12U) & 0xFFU);
+}
+
+int FirstPixel(int cell_number, float cell) {
+  return static_cast<int>(std::ceil(static_cast<float>(cell_number) * cell));
+}
+
 }  // namespace
 
-Aurora::Aurora() : grain_(kGrainSize) {
+Aurora::Aurora() : grain_(kGrainSize + kLongestSpan) {
   std::uint32_t state = 20080;
-  for (float& grain : grain_) {
+  for (Packed& grain : grain_) {
     state = state * 1664525U + 1013904223U;
-    grain = static_cast<float>(state >> 8U) / 16777216.0F;
+    const float value = static_cast<float>(state >> 8U) / 16777216.0F;
+    grain = Pack(Light{value, value, value});
   }
 }
 
@@ -116,13 +146,16 @@ void Aurora::LightSky(const Colors& colors) {
                                       std::max(0.78F, colors.foreground.hsvSaturationF()), 1.0F);
   const QColor high = QColor::fromHsvF(std::fmod(low.hueF() + 0.30F, 1.0F), 0.74F, 0.95F);
   const QColor warm = Mix(high, colors.peak, 0.45);
+  const auto light = [](const QColor& color) {
+    return Light{float(color.red()), float(color.green()), float(color.blue())};
+  };
   for (std::size_t index = kCurtains; index-- > 0;) {
-    HangCurtain(index, Mix(low, high, 0.12 * static_cast<double>(index)),
-                index % 2 == 0 ? high : warm);
+    HangCurtain(index, light(Mix(low, high, 0.12 * static_cast<double>(index))),
+                light(index % 2 == 0 ? high : warm));
   }
 }
 
-void Aurora::HangCurtain(std::size_t curtain, const QColor& low, const QColor& high) {
+void Aurora::HangCurtain(std::size_t curtain, const Light& low, const Light& high) {
   const Curtain& row = kCurtainRows[curtain];
   const float level = level_[curtain];
   const auto number = static_cast<float>(curtain);
@@ -154,10 +187,7 @@ void Aurora::HangCurtain(std::size_t curtain, const QColor& low, const QColor& h
       const float lit = light * hem;
       Light& cell = sky_[static_cast<std::size_t>(y) * static_cast<std::size_t>(columns_) +
                          static_cast<std::size_t>(column)];
-      const float other = 1.0F - share;
-      cell.red += lit * (float(low.red()) * other + float(high.red()) * share);
-      cell.green += lit * (float(low.green()) * other + float(high.green()) * share);
-      cell.blue += lit * (float(low.blue()) * other + float(high.blue()) * share);
+      cell = cell + (low + (high - low) * share) * lit;
       if (y > first) continue;
       light *= keep;
       share += (1.0F - share) * 0.9F / length;
@@ -165,51 +195,59 @@ void Aurora::HangCurtain(std::size_t curtain, const QColor& low, const QColor& h
   }
 }
 
-// The cells' light on the pixels, without edges between them.
+// The cells' light on the pixels, without edges between them. Within a cell each channel changes
+// evenly along and down, so a pixel costs two additions for all three.
 void Aurora::PaintSky(const VisualSurface& surface) {
   const auto cell = static_cast<float>(kCell * static_cast<double>(surface.scale));
-  const auto columns = static_cast<std::size_t>(columns_);
-  std::vector<Light> between(columns);
-  std::size_t grain = 0;
   // Filmic: bright places go to white slowly instead of being cut.
-  const auto tone = [](float value) { return 255.0F * value / (value + 170.0F) * 1.667F; };
+  const auto tone = [](float value) {
+    return std::min(kBrightest, 255.0F * value / (value + 170.0F) * 1.667F);
+  };
   for (Light& light : sky_) {
     light = {tone(light.red), tone(light.green), tone(light.blue)};
   }
-  for (int y = 0; y < surface.height; ++y) {
-    const float at = static_cast<float>(y) / cell;
-    const auto above = static_cast<std::size_t>(at);
-    const float down = at - static_cast<float>(above);
-    const Light* const upper = sky_.data() + above * columns;
-    const Light* const lower = upper + columns;
-    for (std::size_t x = 0; x < columns; ++x) {
-      between[x] = {upper[x].red + (lower[x].red - upper[x].red) * down,
-                    upper[x].green + (lower[x].green - upper[x].green) * down,
-                    upper[x].blue + (lower[x].blue - upper[x].blue) * down};
-    }
-    QRgb* const line = LineOf(surface, y);
-    int x = 0;
-    for (std::size_t column = 0; column + 1 < columns && x < surface.width; ++column) {
-      const int end = std::min(surface.width,
-                               static_cast<int>(std::ceil(static_cast<float>(column + 1) * cell)));
-      const Light& left = between[column];
-      const Light& right = between[column + 1];
-      const float first = static_cast<float>(x) / cell - static_cast<float>(column);
-      const Light step{(right.red - left.red) / cell, (right.green - left.green) / cell,
-                       (right.blue - left.blue) / cell};
-      Light light{left.red + (right.red - left.red) * first,
-                  left.green + (right.green - left.green) * first,
-                  left.blue + (right.blue - left.blue) * first};
-      for (; x < end; ++x) {
-        const float noise = grain_[grain];
-        grain = grain + 1 == kGrainSize ? 0 : grain + 1;
-        const auto red = static_cast<std::uint32_t>(std::min(light.red + noise, 255.0F));
-        const auto green = static_cast<std::uint32_t>(std::min(light.green + noise, 255.0F));
-        const auto blue = static_cast<std::uint32_t>(std::min(light.blue + noise, 255.0F));
-        line[x] = 0xFF000000U | (red << 16U) | (green << 8U) | blue;
-        light = {light.red + step.red, light.green + step.green, light.blue + step.blue};
+  spans_.resize(static_cast<std::size_t>(columns_) - 1);
+  std::size_t grain = 0;
+  int y = 0;
+  for (int row = 0; row + 1 < rows_ && y < surface.height; ++row) {
+    MeasureSpans(surface.width, cell, row, y);
+    const int end = std::min(surface.height, FirstPixel(row + 1, cell));
+    for (; y < end; ++y) {
+      QRgb* const line = LineOf(surface, y);
+      for (Span& span : spans_) {
+        Packed light = span.light;
+        const Packed* const noise = grain_.data() + grain;
+        for (int x = span.first; x < span.end; ++x, light += span.step) {
+          line[x] = ColorOf(light + noise[x - span.first]);
+        }
+        grain += static_cast<std::size_t>(span.end - span.first);
+        if (grain >= kGrainSize) grain -= kGrainSize;
+        span.light += span.light_down;
+        span.step += span.step_down;
       }
     }
+  }
+}
+
+// What the lines of a row of cells need, from line `y`, its first, on.
+void Aurora::MeasureSpans(int width, float cell, int row, int y) {
+  const float down = static_cast<float>(y) / cell - static_cast<float>(row);
+  const Light* const upper = sky_.data() + static_cast<std::ptrdiff_t>(row) * columns_;
+  const Light* const lower = upper + columns_;
+  const Light bias{kBias, kBias, kBias};
+  for (int column = 0; column + 1 < columns_; ++column) {
+    Span& span = spans_[static_cast<std::size_t>(column)];
+    span.first = std::min(width, FirstPixel(column, cell));
+    span.end = std::min({width, FirstPixel(column + 1, cell), span.first + kLongestSpan});
+    const float along = static_cast<float>(span.first) / cell - static_cast<float>(column);
+    const Light above = upper[column + 1] - upper[column];
+    const Light below = lower[column + 1] - lower[column];
+    const Light top = upper[column] + above * along;
+    const Light change = lower[column] + below * along - top;
+    span.light = Pack(top + change * down + bias);
+    span.light_down = Pack(change * (1.0F / cell));
+    span.step = Pack((above + (below - above) * down) * (1.0F / cell));
+    span.step_down = Pack((below - above) * (1.0F / (cell * cell)));
   }
 }
 

@@ -50,13 +50,30 @@ class Aurora : public QObject {
     float red = 0.0F;
     float green = 0.0F;
     float blue = 0.0F;
+
+    Light operator+(const Light& other) const {
+      return {red + other.red, green + other.green, blue + other.blue};
+    }
+    Light operator-(const Light& other) const { return *this + other * -1.0F; }
+    Light operator*(float factor) const { return {red * factor, green * factor, blue * factor}; }
+  };
+  // One line of one cell, see `Packed`: the first pixel's light, what the next one's has more, and
+  // what the line below has more of both.
+  struct Span {
+    int first = 0;
+    int end = 0;
+    std::int64_t light = 0;
+    std::int64_t light_down = 0;
+    std::int64_t step = 0;
+    std::int64_t step_down = 0;
   };
 
   void Listen(float seconds);
   void Render(const kestrelview::VisualSurface& surface, const Colors& colors);
   void LightSky(const Colors& colors);
-  void HangCurtain(std::size_t curtain, const QColor& low, const QColor& high);
+  void HangCurtain(std::size_t curtain, const Light& low, const Light& high);
   void PaintSky(const kestrelview::VisualSurface& surface);
+  void MeasureSpans(int width, float cell, int row, int y);
   void PaintKestrel(const kestrelview::VisualSurface& surface, const QColor& color) const;
 
   const QString author_ = QStringLiteral("Ostrand");
@@ -83,5 +100,6 @@ class Aurora : public QObject {
   int columns_ = 0;  // of the sky's cells
   int rows_ = 0;
   std::vector<Light> sky_;
-  std::vector<float> grain_;  // so that dark gradients show no bands
+  std::vector<Span> spans_;
+  std::vector<std::int64_t> grain_;  // packed, so that dark gradients show no bands
 };

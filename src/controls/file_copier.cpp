@@ -7,6 +7,9 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <condition_variable>
+#include <mutex>
+#include <stop_token>
 #include <thread>
 #include <utility>
 
@@ -18,9 +21,13 @@ constexpr int kMostBlocksPerTurn = 32;
 
 constexpr std::int16_t kWhole = 100;
 
+// What a piece on its way may take after it was told to stop; then its disk is taken to hang.
+constexpr int kPatienceMilliseconds = 1000;
+
 }  // namespace
 
-// One operation: what the interface thread and the copying one share.
+// One operation: what the interface thread and the copying one share. The thread keeps it alive, as
+// it may hang in a disk long after everybody else has gone.
 struct FileCopier::Job {
   Job(CopyOrder what, Done then, CopyHooks with, const FileCopierParts& parts)
       : order(std::move(what)),
@@ -30,11 +37,13 @@ struct FileCopier::Job {
         news_interval(parts.news_interval) {}
 
   // On the copying thread.
-  void Work(const std::function<void()>& news, const std::stop_token& stop) {
+  void Work(const std::function<void()>& news) {
     using Clock = std::chrono::steady_clock;
     Clock::time_point last;
     const auto tell = [&] {
-      if (!told.exchange(true)) post(news);
+      // Whom it is told may be gone once the operation has been left behind.
+      const std::lock_guard lock(mutex);
+      if (!left_behind && !told.exchange(true)) post(news);
     };
     CopyHooks own = hooks;
     own.after_block = [&](std::int64_t bytes, std::int64_t of) {
@@ -46,9 +55,21 @@ struct FileCopier::Job {
       }
       if (hooks.after_block) hooks.after_block(bytes, of);
     };
-    outcome = CopyOrMoveFile(order, own, stop);
+    outcome = CopyOrMoveFile(order, own, stop.get_token());
     ended = true;
     tell();
+    const std::lock_guard lock(mutex);
+    over = true;
+    is_over.notify_all();
+  }
+
+  // Waits for the thread, then lets go of it. False when it hangs.
+  bool LeaveBehind(std::chrono::milliseconds patience) {
+    stop.request_stop();
+    std::unique_lock lock(mutex);
+    is_over.wait_for(lock, patience, [this] { return over; });
+    left_behind = true;
+    return over;
   }
 
   const CopyOrder order;
@@ -60,14 +81,25 @@ struct FileCopier::Job {
   std::atomic<std::int64_t> total = 0;
   std::atomic<bool> told = false;  // news are on their way to the interface
   std::atomic<bool> ended = false;
-  CopyOutcome outcome;  // written before `ended`
-  std::jthread thread;  // last, so that it is over before the rest goes
+  CopyOutcome outcome;    // written before `ended`
+  bool finished = false;  // all is told; interface thread only
+
+  std::stop_source stop;
+  std::mutex mutex;
+  std::condition_variable is_over;
+  bool over = false;         // the thread touches nothing of the owner's any more
+  bool left_behind = false;  // nobody wants to hear of it
 };
 
 FileCopier::FileCopier(FileCopierParts parts, CopyHooks hooks)
-    : parts_(std::move(parts)), hooks_(std::move(hooks)) {}
+    : parts_(std::move(parts)),
+      hooks_(std::move(hooks)),
+      give_up_(parts_.clock.MakeTimer(TimerKind::kOrdinary, kPatienceMilliseconds,
+                                      [this] { GiveUp(); })) {}
 
-FileCopier::~FileCopier() = default;
+FileCopier::~FileCopier() {
+  if (job_) job_->LeaveBehind(std::chrono::milliseconds(kPatienceMilliseconds));
+}
 
 bool FileCopier::xCopyFile(const std::string& Source, const std::string& Destination,
                            std::int32_t BlockSize, bool Overwrite, Done done) {
@@ -85,23 +117,37 @@ bool FileCopier::Start(CopyOrder order, Done done) {
   start_time_ = parts_.clock.Now();
   speed_ = 0;
   told_ = 0;
-  job_ = std::make_shared<Job>(std::move(order), std::move(done), hooks_, parts_);
+  const auto job = std::make_shared<Job>(std::move(order), std::move(done), hooks_, parts_);
+  // Counted apart from the thread's: it is gone for us when we let go of it.
+  job_ = std::shared_ptr<Job>(job.get(), [job](Job*) {});
   // News that arrive when the job is gone, and perhaps this object, find that out first.
   std::function<void()> news = [this, weak = std::weak_ptr<Job>(job_)] {
     if (!weak.expired()) OnNews();
   };
-  job_->thread = std::jthread([job = job_.get(), news = std::move(news)](
-                                  const std::stop_token& stop) { job->Work(news, stop); });
+  std::thread([job, news = std::move(news)] { job->Work(news); }).detach();
   return true;
 }
 
 void FileCopier::CancelCopy() {
   cancel_requested_ = true;
-  if (job_) job_->thread.request_stop();
+  if (!job_) return;
+  job_->stop.request_stop();
+  give_up_->SetEnabled(true);
+}
+
+void FileCopier::GiveUp() {
+  give_up_->SetEnabled(false);
+  if (!job_ || job_->ended) return;
+  job_->LeaveBehind(std::chrono::milliseconds(0));
+  if (job_->ended) return OnNews();
+  UpdateDisplay(0, "");
+  const Done done = std::move(job_->done);
+  job_.reset();
+  if (done) done(CopyResult::kCancelled);
 }
 
 void FileCopier::OnNews() {
-  if (!job_->thread.joinable()) return;  // all is told, and the user reads the error
+  if (job_->finished) return;  // all is told, and the user reads the error
   // Gone when an event ends the operation.
   const std::weak_ptr<Job> alive = job_;
   job_->told = false;
@@ -153,7 +199,8 @@ CopyInfo FileCopier::Figures(std::int64_t copied, std::int64_t total) {
 }
 
 void FileCopier::Finish() {
-  job_->thread.join();  // it has nothing left to do
+  job_->finished = true;
+  give_up_->SetEnabled(false);
   const std::weak_ptr<Job> alive = job_;
   const CopyOutcome outcome = job_->outcome;
   if (outcome.renamed) UpdateDisplay(kWhole, "");

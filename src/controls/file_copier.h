@@ -49,7 +49,7 @@ struct FileCopierLook {
 struct FileCopierParts {
   Dialogs& dialogs;
   const TextPlatform& text;
-  const TimerSource& clock;
+  TimerSource& clock;
   // Called from any thread: runs the function on the interface thread, later, in order. A function
   // that is never run does no harm.
   std::function<void(std::function<void()>)> post;
@@ -65,7 +65,9 @@ class FileCopier {
   explicit FileCopier(FileCopierParts parts, CopyHooks hooks = {});
   FileCopier(const FileCopier&) = delete;
   FileCopier& operator=(const FileCopier&) = delete;
-  // Stops what runs and waits until the piece on its way is written and the temporary file gone.
+  // Stops what runs and waits until the piece on its way is written and the temporary file gone,
+  // but no longer than a disk that works may take: one that hangs keeps only the thread, which
+  // tidies up when it wakes.
   ~FileCopier();
 
   // Copies the file `Source` to the name `Destination` in blocks of `BlockSize` bytes, and calls
@@ -78,7 +80,8 @@ class FileCopier {
   bool xMoveFile(const std::string& Source, const std::string& Destination, std::int32_t BlockSize,
                  bool Overwrite, Done done);
 
-  // Ends what runs with kCancelled, unless it is complete already. The next operation forgets it.
+  // Ends what runs with kCancelled, unless it is complete already; on a disk that hangs a second
+  // later. The next operation forgets it.
   void CancelCopy();
   bool CancelRequested() const { return cancel_requested_; }
   bool Busy() const { return job_ != nullptr; }
@@ -103,6 +106,7 @@ class FileCopier {
   void OnNews();
   void TellBlock(std::int64_t copied, std::int64_t total);
   void Finish();
+  void GiveUp();
   CopyInfo Figures(std::int64_t copied, std::int64_t total);
 
   FileCopierParts parts_;
@@ -115,6 +119,7 @@ class FileCopier {
   double speed_ = 0;       // bytes in a second
   std::int64_t told_ = 0;  // bytes that events were raised for
   std::shared_ptr<Job> job_;
+  std::unique_ptr<Timer> give_up_;
 };
 
 }  // namespace kv

@@ -106,6 +106,10 @@ void ListAdding::AddTree(const std::string& top) {
   // Leaves out what cannot be read and what lies inside itself by a link.
   const auto enter = [this, &road](std::string folder) {
     if (!folder.ends_with('/')) folder += '/';
+    // A folder that takes long is the one that the user wants to know of.
+    if (ScanWindow* const scan = session_.ScanWindowOpen ? host_.OpenScanWindow() : nullptr) {
+      scan->ShowPath(folder);
+    }
     std::optional<FolderContent> content = Ask([folder] {
       return FolderContent{IdOf(folder), ListSubFolders(folder)};
     });

@@ -28,6 +28,8 @@ bool PointerIsPrivate() {
   return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
+constexpr int kTrayWatchMilliseconds = 2000;
+
 }  // namespace
 
 ScreenRoom::ScreenRoom(ScreenRoomHost& host, const Parts& parts)
@@ -61,6 +63,14 @@ ScreenRoom::ScreenRoom(ScreenRoomHost& host, const Parts& parts)
                    [this] { sizing_.NewMessage(WindowMessage::kExitSizeMove); });
   restore_.setSingleShot(true);
   restore_.setInterval(kRestoreMilliseconds);
+  // A notification area that ends takes the way back to the window with it.
+  QObject::connect(&tray_watch_, &QTimer::timeout, &parts_.form, [this] {
+    if (parts_.form.isVisible()) {
+      tray_watch_.stop();
+    } else if (!tray_.Visible() && !parts_.session.Unloading) {
+      TrayClick(TrayIcon::kLeft);
+    }
+  });
   QObject::connect(&restore_, &QTimer::timeout, &parts_.form, [this] { RestorePlace(); });
 }
 
@@ -116,6 +126,7 @@ void ScreenRoom::Form_Resize() {
     // In this order: on X11 taking a window out of the minimised state maps it.
     form.setWindowState(form.windowState() & ~Qt::WindowMinimized);
     form.hide();
+    tray_watch_.start(kTrayWatchMilliseconds);
   }
   if (State() != PreviousWindowState_) host_.SetVumeterVisible();
   PreviousWindowState_ = State();

@@ -173,6 +173,7 @@ class ScreenRoom : private FullScreenHost,
   mutable PointerSight sight_;
   QTimer sizing_quiet_;  // runs out when a drag of the frame has come to rest
   QTimer restore_;       // runs out when the desktop has taken the window out of full screen
+  QTimer tray_watch_;    // runs while only the tray icon can bring the window back
   FormPlace normal_place_;
 
   const bool effects_ = QApplication::isEffectEnabled(Qt::UI_General);  // the desktop's own

@@ -460,6 +460,29 @@ TEST_F(FileCopierTest, CanBeDestroyedInTheMiddleAndWhileABoxIsOpen) {
   EXPECT_THAT(results, IsEmpty());
 }
 
+TEST_F(FileCopierTest, ADiskThatHangsHoldsUpNeitherTheCancelNorTheEnd) {
+  folder.Write("from", Content(5000));
+  const auto disk_hangs = std::make_shared<std::atomic<bool>>(true);
+  const auto hanging = std::make_shared<std::atomic<bool>>(false);
+  CopyHooks hooks;
+  hooks.after_block = [disk_hangs, hanging](std::int64_t, std::int64_t) {
+    *hanging = true;
+    while (*disk_hangs) std::this_thread::yield();
+  };
+  auto mine = std::make_unique<FileCopier>(Parts(), hooks);
+  mine->xCopyFile(folder.Path("from"), folder.Path("to"), kBlock, false, Note());
+  while (!*hanging) std::this_thread::yield();
+  mine->CancelCopy();
+  time.Advance(1100);
+  EXPECT_THAT(results, ElementsAre(CopyResult::kCancelled));
+  EXPECT_FALSE(mine->Busy());
+  mine.reset();
+  EXPECT_EQ(folder.Entries(), 2);
+  *disk_hangs = false;  // the thread wakes and tidies up
+  while (folder.Entries() == 2) std::this_thread::yield();
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("to")));
+}
+
 // The list of files behind the window.
 class CopyFilesTest : public FileCopierTest, public CopyFilesWindow {
  protected:
