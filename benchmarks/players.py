@@ -336,7 +336,7 @@ class Player:
             self.process.stdout.close()
 
 
-def print_machine(program):
+def print_machine(program, runs=RUNS):
     with open("/proc/cpuinfo", encoding="utf-8") as info:
         model = re.search(r"model name\s*: (.*)", info.read())
     with open("/etc/os-release", encoding="utf-8") as release:
@@ -354,7 +354,7 @@ def print_machine(program):
         len(os.sched_getaffinity(0)), memory, system, platform.release()))
     print("Players     kestrelview %s, %s" % (version, mpv.split(" Copyright")[0]))
     print("Screen      Xvfb 1920x1080x24, openbox, pulseaudio with a null sink; %d runs each, in turn"
-          % RUNS, flush=True)
+          % runs, flush=True)
 
 
 def print_alone(what, unit, values, decimals=2):

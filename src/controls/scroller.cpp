@@ -113,7 +113,13 @@ void Scroller::Resize(float width, float height) {
 void Scroller::Repaint() {
   const bool same = painted_pressed_ == model_.Dragging() &&
                     LayOutScroller(model_, devicePixelRatioF()) == painted_;
-  if (!same) update();
+  if (same) return;
+  // The hand on the knob feels each delay; the eye on a playing film does not.
+  if (model_.Dragging()) {
+    update();
+  } else {
+    pace_.Wanted();
+  }
 }
 
 void Scroller::PropertyChanged(std::string_view key) {

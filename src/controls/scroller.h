@@ -6,6 +6,7 @@
 #pragma once
 
 #include "controls/accessible_qt.h"
+#include "controls/picture_pace.h"
 #include "controls/scroller_art_qt.h"
 #include "controls/scroller_model.h"
 
@@ -47,6 +48,9 @@ class Scroller : public QWidget, private ScrollerSurface {
   // The knob; a null pixmap brings back the built-in one. A pixmap's own pixel ratio counts.
   void SetScrollKnobPicture(const QPixmap& picture);
 
+  // A picture is about to be painted: a value told since the last one is painted with it.
+  void PictureComes() { pace_.PictureComes(); }
+
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
@@ -78,6 +82,7 @@ class Scroller : public QWidget, private ScrollerSurface {
   void SetHover(bool hover);
   ScrollerLook Look() const;
 
+  PicturePace pace_{[this] { update(); }};
   QPixmap picture_;
   QPixmap knob_picture_;
   bool hover_ = false;

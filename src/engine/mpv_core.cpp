@@ -2,8 +2,10 @@
 
 #include "engine/mpv_library.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -53,6 +55,7 @@ constexpr std::array kOptions = {
     Option{"osd-level", "0"},
     // On the processor scaling is a quarter of the work; this filter saves a tenth of it unseen.
     Option{"zimg-scaler", "bicubic"},
+    Option{"zimg-threads", "1"},  // until `SwRenderer` wants more
     Option{"sub-auto", "no"},  // found and judged by the player itself, see subtitle_files.h
     Option{"save-position-on-quit", "no"},
     Option{"resume-playback", "no"},
@@ -62,7 +65,8 @@ constexpr std::array kOptions = {
 };
 // clang-format on
 
-// Tells the change of the sound output from those that the listener has asked for.
+constexpr unsigned kMostDecoders = 16;  // of which a codec makes use
+
 // What a core that is not stuck may take to answer, on a machine that has much else to do.
 constexpr auto kSignPatience = std::chrono::milliseconds(3000);
 
@@ -78,6 +82,9 @@ mpv_handle* MpvCore::CreateHandle(bool hardware_decoding) {
   for (const Option& option : kOptions) {
     Mpv().set_option_string(handle, option.name, option.value);
   }
+  // By itself the library takes one more, which costs its switches and brings nothing.
+  const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1U, kMostDecoders);
+  Mpv().set_option_string(handle, "vd-lavc-threads", std::to_string(threads).c_str());
   Mpv().set_option_string(handle, "hwdec", hardware_decoding ? "auto-safe" : "no");
   // Where others look for certificates beside the system's, say that of a server at home.
   if (const char* const file = std::getenv("SSL_CERT_FILE"); file != nullptr && file[0] == '/') {

@@ -2,7 +2,14 @@
 
 #include "engine/mpv_library.h"
 
+#include <utility>
+
 namespace kv {
+namespace {
+
+constexpr int kMostPixelsAlone = 1920 * 1200;
+
+}  // namespace
 
 void SwRenderer::Buffer::Resize(QSize size) {
   if (image.size() == size) return;
@@ -19,7 +26,7 @@ void SwRenderer::Buffer::Resize(QSize size) {
                  QImage::Format_RGB32);
 }
 
-SwRenderer::SwRenderer(mpv_handle* core) {
+SwRenderer::SwRenderer(mpv_handle* core) : core_(core) {
   char api[] = MPV_RENDER_API_TYPE_SW;
   mpv_render_param parameters[] = {{MPV_RENDER_PARAM_API_TYPE, api},
                                    {MPV_RENDER_PARAM_INVALID, nullptr}};
@@ -45,6 +52,15 @@ const QImage* SwRenderer::TakePicture() {
   return newest ? &buffers_[*newest].image : nullptr;
 }
 
+// A picture cut into parts for several threads costs a third more, but on a large screen it would
+// come late from one.
+void SwRenderer::ChooseScalers(QSize size) {
+  const bool many = size.width() * size.height() > kMostPixelsAlone;
+  if (many == std::exchange(many_scalers_, many)) return;
+  const char* threads = many ? "auto" : "1";
+  Mpv().set_property_async(core_, 0, "zimg-threads", MPV_FORMAT_STRING, &threads);
+}
+
 bool SwRenderer::Render(QSize size, std::size_t index) {
   if (size.isEmpty()) {
     // The frame must be taken all the same, or the core waits for it.
@@ -60,6 +76,7 @@ bool SwRenderer::Render(QSize size, std::size_t index) {
     Mpv().render_context_render(context_, parameters);
     return false;
   }
+  ChooseScalers(size);
   Buffer& buffer = buffers_[index];
   buffer.Resize(size);
   int extent[2] = {size.width(), size.height()};

@@ -40,9 +40,12 @@ class SwRenderer : public RenderThread {
   };
 
   bool Render(QSize size, std::size_t buffer) override;
+  void ChooseScalers(QSize size);
 
+  mpv_handle* core_;
   mpv_render_context* context_ = nullptr;
   std::array<Buffer, kBuffers> buffers_;
+  bool many_scalers_ = false;  // render thread only
 };
 
 }  // namespace kv

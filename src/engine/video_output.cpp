@@ -243,7 +243,9 @@ void VideoOutput::SetCursorHidden(bool hidden) {
 }
 
 void VideoOutput::ShowNewest() {
-  if (!canvas_.isNull()) canvas_->update();
+  if (canvas_.isNull()) return;
+  if (on_picture_) on_picture_();
+  canvas_->update();
 }
 
 void VideoOutput::OnPainted() {

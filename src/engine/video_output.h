@@ -59,6 +59,9 @@ class VideoOutput : public QObject {
   // How many pictures have been painted in all.
   long PaintedPictures() const { return painted_; }
 
+  // Called each time before a new picture is painted.
+  void SetPictureListener(std::function<void()> listener) { on_picture_ = std::move(listener); }
+
   // Called when the first picture since the last `SetShown(true)` has been painted.
   void SetFirstPictureListener(std::function<void()> listener) { on_first_ = std::move(listener); }
 
@@ -82,6 +85,7 @@ class VideoOutput : public QObject {
   bool awaiting_first_ = false;
   long painted_ = 0;
   QPointer<QWidget> canvas_;
+  std::function<void()> on_picture_;
   std::function<void()> on_first_;
 };
 

@@ -132,12 +132,15 @@ frmMain::frmMain(const ProgramParts& parts)
   visual_.VuMeter1().Events().OLEDragDrop = [this](QDropEvent& drop) { medium_.Drop(drop); };
   view_.Panel().SetGraph(cpu_graph_.Chart());
   ConnectPanel();
+  parts_.engine.Video().SetPictureListener([this] { view_.Panel().PictureComes(); });
   parts_.engine.Video().SetFirstPictureListener([this] { parts_.trace.Write("first-frame"); });
   connect(&trace_timer_, &QTimer::timeout, this, [this] { TracePosition(); });
 }
 
 frmMain::~frmMain() {
   Movie_.SetEvents(nullptr);
+  parts_.engine.Video().SetPictureListener(nullptr);
+  parts_.engine.Video().SetFirstPictureListener(nullptr);
 }
 
 void frmMain::ConnectPanel() {

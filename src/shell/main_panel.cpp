@@ -277,6 +277,11 @@ void MainPanel::LayOut() {
                       kBottomHeight - 2 * kGraphMargin);
 }
 
+void MainPanel::PictureComes() {
+  pic_time_->PictureComes();
+  Slider(SliderKind::kPosition).PictureComes();
+}
+
 void MainPanel::SetGraph(QWidget& graph) {
   graph_ = &graph;
   LayOut();

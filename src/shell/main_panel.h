@@ -41,6 +41,8 @@ class MainPanel : public QWidget {
   // Below this width controls would be cut off.
   static constexpr int kSmallestWidth = 440;
 
+  // A picture is about to be painted, and what follows the time along with it.
+  void PictureComes();
   Scroller& Slider(SliderKind kind) { return *sliders_[static_cast<std::size_t>(kind)]; }
   SmartButton& Button(int index) { return *buttons_[static_cast<std::size_t>(index)]; }
   TimeStrip& PicTime() { return *pic_time_; }

@@ -25,12 +25,12 @@ TimeStrip::TimeStrip(QWidget* parent) : QWidget(parent) {
 void TimeStrip::Cls() {
   if (lines_.empty()) return;
   lines_.clear();
-  update();
+  pace_.Wanted();
 }
 
 void TimeStrip::Print(int x, const QString& text) {
   lines_.push_back({x, text, Glyphs(text)});
-  update();
+  pace_.Wanted();
 }
 
 QString TimeStrip::Text() const {

@@ -2,6 +2,8 @@
 // panel; interface thread only.
 #pragma once
 
+#include "controls/picture_pace.h"
+
 #include <QColor>
 #include <QGlyphRun>
 #include <QRawFont>
@@ -24,6 +26,8 @@ class TimeStrip : public QWidget {
   void Print(int x, const QString& text);
   // All that is printed, from left to right.
   QString Text() const;
+  // A picture is about to be painted: what was printed since the last one is painted with it.
+  void PictureComes() { pace_.PictureComes(); }
   void SetColors(const QColor& back, const QColor& text);
 
  protected:
@@ -38,6 +42,7 @@ class TimeStrip : public QWidget {
 
   QGlyphRun Glyphs(const QString& text) const;
 
+  PicturePace pace_{[this] { update(); }};
   std::vector<Line> lines_;
   QRawFont raw_font_;
   QColor back_ = Qt::black;
