@@ -338,7 +338,8 @@ void frmMain::Form_Unload() {
   SetCursor(true, true);
   if (!parts_.start_up.IsDebugMode()) UndockWindow();
   parts_.trace.Write("quit");
-  QCoreApplication::quit();
+  // Not quit(), which does nothing while the form is still being loaded, and asks every window.
+  QCoreApplication::exit();
 }
 
 void frmMain::resizeEvent(QResizeEvent* event) {

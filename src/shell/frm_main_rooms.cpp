@@ -148,6 +148,7 @@ void frmMain::UpdateSettings() {
 // --- The other windows
 
 void frmMain::ShowAbout() {
+  if (Ended()) return;  // while the welcome sound was waited for
   forms_.SetColors();  // a first run shows it before anything else has its colours
   forms_.ShowAbout();
 }

@@ -1,10 +1,11 @@
-"""The screen goes away, and the clock of the wall is set."""
+"""The screen goes away, the clock of the wall is set, and the first start is cut short."""
 
 import os
+import signal
 import subprocess
 import time
 
-from stage import Fault, Server, require, write
+from stage import END_SECONDS, Fault, Server, require, write
 
 HOUR = 3600
 
@@ -67,7 +68,27 @@ def clock_set(hours, text):
     return run
 
 
+def first_start_ended(stage, times):
+    """asked to end at random moments of a first start, of its greeting and of its welcome sound"""
+    worst, before_all = 0.0, 0
+    for number in range(max(4, times // 10)):
+        player = stage.player(stage.make_folder("home-%d" % number), ready=None)
+        time.sleep(stage.random.uniform(0.0, 3.0))
+        player.ask_to_end()
+        begin = time.monotonic()
+        try:
+            status = player.process.wait(10.0)
+        except subprocess.TimeoutExpired:
+            raise Fault("the player does not end") from None
+        worst = max(worst, time.monotonic() - begin)
+        require(status in (0, -signal.SIGTERM), "status %d: %s" % (status, player.said()[-300:]))
+        before_all += status != 0
+    require(worst <= END_SECONDS, "the player took %.1f s to end" % worst)
+    return "ends within %.2f s, %d times before it had begun" % (worst, before_all)
+
+
 CASES = {
+    "first-start-ended": first_start_ended,
     "screen-gone": screen_gone,
     "clock-back": clock_set(-1, "the clock is set back by an hour while a film plays"),
     "clock-forth": clock_set(1, "the clock is set forth by an hour while a film plays"),
