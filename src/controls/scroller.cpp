@@ -236,17 +236,21 @@ void Scroller::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
 }
 
-void Scroller::mousePressEvent(QMouseEvent* event) {
-  const std::int16_t button = ButtonMask(event->button());
+void Scroller::ButtonChanged(QMouseEvent& event, ButtonHandler handler) {
+  const std::int16_t button = ButtonMask(event.button());
   if (button == 0) {
-    event->ignore();
+    event.ignore();
     return;
   }
-  const QPointF at = event->position();
+  const QPointF at = event.position();
   const QPointer<Scroller> alive(this);
-  model_.PointerDown(button, ShiftMask(event->modifiers()), static_cast<float>(at.x()),
-                     static_cast<float>(at.y()));
+  (model_.*handler)(button, ShiftMask(event.modifiers()), static_cast<float>(at.x()),
+                    static_cast<float>(at.y()));
   if (alive) update();
+}
+
+void Scroller::mousePressEvent(QMouseEvent* event) {
+  ButtonChanged(*event, &ScrollerModel::PointerDown);
 }
 
 void Scroller::mouseMoveEvent(QMouseEvent* event) {
@@ -260,16 +264,7 @@ void Scroller::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void Scroller::mouseReleaseEvent(QMouseEvent* event) {
-  const std::int16_t button = ButtonMask(event->button());
-  if (button == 0) {
-    event->ignore();
-    return;
-  }
-  const QPointF at = event->position();
-  const QPointer<Scroller> alive(this);
-  model_.PointerUp(button, ShiftMask(event->modifiers()), static_cast<float>(at.x()),
-                   static_cast<float>(at.y()));
-  if (alive) update();
+  ButtonChanged(*event, &ScrollerModel::PointerUp);
 }
 
 void Scroller::leaveEvent(QEvent* event) {

@@ -79,6 +79,9 @@ class Scroller : public QWidget, private ScrollerSurface {
 
   bool Vertical() const;
   void UpdateSizePolicy();
+  using ButtonHandler = void (ScrollerModel::*)(std::int16_t button, std::int16_t shift, float x,
+                                                float y);
+  void ButtonChanged(QMouseEvent& event, ButtonHandler handler);
   void SetHover(bool hover);
   ScrollerLook Look() const;
 

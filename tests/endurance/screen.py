@@ -187,6 +187,9 @@ class Screen:
         return False
 
     def tell_manager(self, window, message, *values):
+        self.send_message(self.root.value, 0x180000, window, message, values)
+
+    def send_message(self, receiver, mask, window, message, values):
         event = Event()
         event.client.type = 33
         event.client.window = window
@@ -194,7 +197,7 @@ class Screen:
         event.client.format = 32
         for i, value in enumerate(values):
             event.client.data[i] = value
-        self.x11.XSendEvent(self.display, self.root, 0, ctypes.c_long(0x180000),
+        self.x11.XSendEvent(self.display, Window(receiver), 0, ctypes.c_long(mask),
                             ctypes.byref(event))
         self.flush()
 
@@ -300,15 +303,7 @@ class Screen:
         return self.serve(source, "XdndFinished", formats, patience) is not None
 
     def send(self, window, message, *values):
-        event = Event()
-        event.client.type = 33
-        event.client.window = window
-        event.client.message_type = self.atom(message)
-        event.client.format = 32
-        for i, value in enumerate(values):
-            event.client.data[i] = value
-        self.x11.XSendEvent(self.display, Window(window), 0, ctypes.c_long(0), ctypes.byref(event))
-        self.flush()
+        self.send_message(window, 0, window, message, values)
 
     def serve(self, source, awaited, formats, patience):
         """Hands out what is dragged until `awaited` comes; None when it does not."""
