@@ -26,6 +26,7 @@ constexpr double kLastMomentsPollSeconds = 0.01;
 constexpr auto kCorePatience = std::chrono::milliseconds(1500);
 constexpr auto kLocalPatience = std::chrono::seconds(30);
 constexpr auto kRemotePatience = std::chrono::seconds(60);
+constexpr auto kTrackSettles = std::chrono::milliseconds(60);
 constexpr auto kSubtitlePatience = std::chrono::seconds(5);
 // How long a medium that is ready waits for the list of the files beside it.
 constexpr auto kSearchPatience = std::chrono::milliseconds(300);
@@ -80,7 +81,12 @@ std::string SecondsText(double seconds) {
 
 }  // namespace
 
-MpvGraph::MpvGraph(MpvEngine& engine) : engine_(engine) {}
+MpvGraph::MpvGraph(MpvEngine& engine) : engine_(engine) {
+  settled_.setSingleShot(true);
+  settled_.callOnTimeout([this] {
+    if (Ready() && !clock_.Running()) put_CurrentPosition(clock_.Position(Clock::now()));
+  });
+}
 
 MpvGraph::~MpvGraph() {
   engine_.Release(*this, false);
@@ -333,9 +339,10 @@ bool MpvGraph::SelectTrack(TrackKind kind, int id) {
   return true;
 }
 
-// Halted, the core reads nothing of a track that it has not read before until it is moved.
+// Halted, the core reads nothing of a track that it has not read before until it is moved. Moved at
+// once it may meet its own reading back for that track, and end up on another picture.
 void MpvGraph::ShowSubtitlesNow() {
-  if (!clock_.Running()) put_CurrentPosition(clock_.Position(Clock::now()));
+  settled_.start(kTrackSettles);
 }
 
 bool MpvGraph::AddSubtitles(const std::string& path) {

@@ -10,6 +10,8 @@
 #include "engine/mpv_tracks.h"
 #include "engine/playing_clock.h"
 
+#include <QTimer>
+
 #include <mpv/client.h>
 
 #include <cstdint>
@@ -139,6 +141,7 @@ class MpvGraph : public FilterGraph, public MpvCore::Listener, private MpvGraphS
   void CheckPrepared();
 
   MpvEngine& engine_;
+  QTimer settled_;  // another track of subtitles has been chosen, a moment ago
 };
 
 }  // namespace kv
