@@ -47,9 +47,9 @@ constexpr int kShutdownMilliseconds = 800;
 // jobs and a medium's packets are ten megabytes; left to itself the C library keeps as much for
 // every thread that ever held them, half the player's memory after some hundred media.
 constexpr int kLargeBuffer = 1 << 20;
-// What the toolkit keeps of drawn pictures, in kilobytes. A dialog that is opened again is drawn
-// with new keys, so that more would be filled with what is never found again.
-constexpr int kPictureCache = 2048;
+// What the toolkit keeps of drawn pictures, in kilobytes. It never forgets the key of one that was
+// kept, and a window that is opened again is drawn with new keys. Who paints often keeps his own.
+constexpr int kPictureCache = 0;
 
 std::string WorkingFolder() {
   std::array<char, PATH_MAX> folder{};
