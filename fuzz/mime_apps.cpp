@@ -59,8 +59,8 @@ void TryFile(std::string_view input) {
   }
   types.UpdateFileTypes(all, before);
   const std::string after = folder.Read("config/mimeapps.list");
-  for (std::size_t i = 0; i < before.size(); ++i) {
-    const std::string& type = before[i].types.front();
+  for (const FileTypeLine& line : before) {
+    const std::string& type = line.types.front();
     Require(First(after, type) == First(input, type), "given back, a type is as before");
   }
 }

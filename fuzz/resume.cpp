@@ -56,8 +56,6 @@ void Try(std::string_view input) {
     const double position = player.movie.DS_GetPosition();
     Require(position >= 0 && position <= 100.0, "a position lies in the medium");
     const std::string medium = player.settings.CurrentFile;
-    player.resume.SeekToResumePosition();
-    player.resume.SeekToResumeEndPosition();
 
     player.dialogs.file = folder.Path() + "new.kvr";
     folder.Write("new.kvr", "");

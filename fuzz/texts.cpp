@@ -3,6 +3,7 @@
 #include "support/fake_text_platform.h"
 #include "system/shown_text.h"
 #include "system/text_case.h"
+#include "system/translation.h"
 #include "system/utf8.h"
 
 #include <algorithm>
@@ -39,6 +40,10 @@ void Try(std::string_view input) {
       Require(CountCharacters(back) == std::min(most, CountCharacters(input)), "all that count");
     }
   }
+
+  // A translator's text may have any places for values.
+  Require(FillIn(input, {}) == input, "without values a pattern stays");
+  Require(FillIn(input, {"%1"}) == input, "a value is put in as it is");
 
   const std::string open = WithoutUserInfo(input);
   Require(open.size() <= input.size(), "a name and password are taken out");

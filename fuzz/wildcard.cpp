@@ -110,7 +110,6 @@ void Try(std::string_view input) {
   const std::string_view text = parts.Rest();
   const LikePattern like(pattern);
   const bool matches = like.Matches(text);
-  Require(matches == LikeMatch(text, pattern), "one match is as many");
   if (pattern.size() <= 200 && text.size() <= 200) {
     const Characters pattern_characters = CharactersOf(pattern);
     const Characters characters = CharactersOf(text);
@@ -120,7 +119,7 @@ void Try(std::string_view input) {
   }
   if (const std::string long_text = Stretched(text); !long_text.empty()) like.Matches(long_text);
   if (const std::string long_pattern = Stretched(pattern); !long_pattern.empty()) {
-    LikeMatch(text, long_pattern);
+    LikePattern(long_pattern).Matches(text);
   }
 }
 

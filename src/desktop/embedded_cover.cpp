@@ -236,7 +236,8 @@ std::string PictureExtension(const std::string& bytes) {
                                  Kind{"GIF8", ".gif"}, Kind{"RIFF", ".webp"}};
   for (const Kind& kind : kKinds) {
     if (!bytes.starts_with(kind.begin)) continue;
-    if (kind.extension == ".webp" && bytes.compare(8, 4, "WEBP") != 0) continue;
+    const std::string_view head = std::string_view(bytes).substr(0, 12);
+    if (kind.extension == ".webp" && head.find("WEBP", 8) != 8) continue;
     return std::string(kind.extension);
   }
   return {};

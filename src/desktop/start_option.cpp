@@ -27,10 +27,6 @@ constexpr std::size_t kColumn = 16;  // where the descriptions begin
 
 }  // namespace
 
-std::span<const StartOption> StartOptions() {
-  return kOptions;
-}
-
 const StartOption* StartOptionOf(const std::vector<std::string>& arguments) {
   if (arguments.size() != 1) return nullptr;
   const auto* const found =

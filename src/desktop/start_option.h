@@ -4,7 +4,6 @@
 // file of that name with "./" in front. Pure; any thread.
 #pragma once
 
-#include <span>
 #include <string>
 #include <vector>
 
@@ -18,9 +17,6 @@ struct StartOption {
   const char* method;       // of org.mpris.MediaPlayer2.Player, for kCallPlayer
   const char* description;  // English, for the usage
 };
-
-// All of them, in the order of the usage.
-std::span<const StartOption> StartOptions();
 
 // The option that `arguments` (without the program's own name) are, null for everything else.
 const StartOption* StartOptionOf(const std::vector<std::string>& arguments);

@@ -22,15 +22,11 @@ VideoSurface* VideoSurfaces::Find(WindowHandle handle) const {
 VideoSurface::VideoSurface(VideoSurfaces& surfaces, QWidget* parent)
     : QWidget(parent), surfaces_(surfaces), handle_(surfaces.Add(this)) {
   setAttribute(Qt::WA_OpaquePaintEvent);
+  setPalette(QPalette(Qt::black));
 }
 
 VideoSurface::~VideoSurface() {
   surfaces_.Remove(handle_);
-}
-
-void VideoSurface::SetBackground(const QColor& color) {
-  background_ = color;
-  update();
 }
 
 void VideoSurface::SetFullScreen(bool on) {
@@ -51,7 +47,7 @@ void VideoSurface::SetFullScreen(bool on) {
 }
 
 void VideoSurface::paintEvent(QPaintEvent* event) {
-  QPainter(this).fillRect(event->rect(), background_);
+  QPainter(this).fillRect(event->rect(), palette().window());
 }
 
 }  // namespace kv

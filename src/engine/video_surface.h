@@ -41,8 +41,6 @@ class VideoSurface : public QWidget {
   // What to give to `put_Owner`; never 0.
   WindowHandle Handle() const { return handle_; }
 
-  void SetBackground(const QColor& color);
-
   // Shows the surface over the whole screen, out of its window, and puts it back.
   void SetFullScreen(bool on);
 
@@ -52,7 +50,6 @@ class VideoSurface : public QWidget {
  private:
   VideoSurfaces& surfaces_;
   WindowHandle handle_;
-  QColor background_ = Qt::black;
   QPointer<QWidget> home_;  // the parent to return to from full screen
   QRect home_geometry_;
 };

@@ -135,8 +135,4 @@ bool LikePattern::Matches(std::string_view text) const {
   }
 }
 
-bool LikeMatch(std::string_view text, std::string_view pattern) {
-  return LikePattern(pattern).Matches(text);
-}
-
 }  // namespace kv

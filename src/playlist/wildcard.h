@@ -48,7 +48,4 @@ class LikePattern {
   bool well_formed_ = true;
 };
 
-// The same for one text.
-bool LikeMatch(std::string_view text, std::string_view pattern);
-
 }  // namespace kv

@@ -49,7 +49,6 @@ class HandOver {
 
   const std::string& CommandFile() const { return CommandFile_; }
   bool HaveCommandFile() const { return HaveCommandFile_; }
-  bool LinkPending() const { return LinkPending_; }
 
  private:
   HandOverHost& host_;

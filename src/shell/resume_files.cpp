@@ -248,20 +248,6 @@ void ResumeFiles::ReleaseResumeData() {
   host_.ShowResumeMark(false);
 }
 
-bool ResumeFiles::SeekToResumePosition() {
-  return SeekTo(parts_.session.ResumePosition);
-}
-
-bool ResumeFiles::SeekToResumeEndPosition() {
-  return SeekTo(parts_.session.ResumeEndPosition);
-}
-
-bool ResumeFiles::SeekTo(double seconds) {
-  if (!(seconds > 0.0) || !parts_.Movie.DS_IsOpen()) return false;
-  parts_.Movie.DS_SetPosition(seconds);
-  return true;
-}
-
 void ResumeFiles::Exclaim(const std::string& text) {
   parts_.dialogs.ShowMessageBox({text, BoxIcon::kExclamation, BoxButtons::kOk, ""});
 }

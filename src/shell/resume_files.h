@@ -57,10 +57,6 @@ class ResumeFiles {
   // Puts the section out of force.
   void ReleaseResumeData();
 
-  // Seek to a bound of the section; false when it is not set or nothing is open.
-  bool SeekToResumePosition();
-  bool SeekToResumeEndPosition();
-
  private:
   // Empty: the user gave up, or the program ends.
   std::string AskForName(bool endPos);
@@ -70,7 +66,6 @@ class ResumeFiles {
   bool IsInPlaylist(const std::string& medium) const;
   // To the position in force, as long as `medium` is the current file.
   void GoOn(const std::string& medium);
-  bool SeekTo(double seconds);
   void Exclaim(const std::string& text);
 
   ResumeFilesHost& host_;

@@ -48,7 +48,6 @@ class ColorEditor {
 
   // Gives `color` to all of `slots` and writes the scheme.
   void SetColors(const std::vector<ColorSlot>& slots, std::int32_t color);
-  void SetColor(ColorSlot slot, std::int32_t color) { SetColors({slot}, color); }
 
  private:
   // A name by the rules that new and rename share; empty when there is none.

@@ -15,7 +15,7 @@ std::string TakeLine(std::string_view& text) {
   const std::size_t end = std::min(text.find('\n'), text.size());
   std::string_view line = text.substr(0, end);
   text.remove_prefix(std::min(end + 1, text.size()));
-  if (line.ends_with('\r')) line.remove_suffix(1);
+  while (line.ends_with('\r')) line.remove_suffix(1);
   return std::string(line);
 }
 

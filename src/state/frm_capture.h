@@ -25,8 +25,6 @@ class frmCapture : public QWidget {
   // Covers the screen.
   void Form_Load();
 
-  std::int32_t CapturedColor() const { return CapturedColor_; }
-
  protected:
   void mouseMoveEvent(QMouseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;

@@ -100,6 +100,11 @@ std::optional<std::string> Utf8Decoder::Decode(std::string_view bytes) const {
     if (result == static_cast<std::size_t>(-1) && errno != E2BIG) return {};
     text.append(block.data(), block.size() - room);
   }
+  // A last letter may still be waiting for its accent.
+  char* to = block.data();
+  std::size_t room = block.size();
+  if (iconv(iconv_, nullptr, nullptr, &to, &room) == static_cast<std::size_t>(-1)) return {};
+  text.append(block.data(), block.size() - room);
   return text;
 }
 

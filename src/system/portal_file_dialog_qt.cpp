@@ -136,7 +136,11 @@ PortalFileAnswer PortalFileDialog::Ask(const PortalFileQuestion& question, QWidg
   if (!answer.path.empty()) answer.kind = PortalFileAnswer::Kind::kChosen;
   const QVariant filter = results.value(QStringLiteral("current_filter"));
   if (filter.canConvert<QDBusArgument>()) {
-    answer.group = qdbus_cast<PortalFilter>(filter.value<QDBusArgument>()).label;
+    const auto group = filter.value<QDBusArgument>();
+    // Read as what it is not, it would end the program.
+    if (group.currentSignature() == QLatin1String("(sa(us))")) {
+      answer.group = qdbus_cast<PortalFilter>(group).label;
+    }
   }
   return answer;
 }

@@ -176,8 +176,7 @@ void MenuModel::SetCheckedByKey(std::string_view key, bool checked) {
   SetChecked(IdOfKey(key), checked);
 }
 
-template <class T>
-void MenuModel::Set(int id, T MenuItem::*field, const T& value) {
+void MenuModel::Set(int id, bool MenuItem::*field, bool value) {
   const auto item = std::find_if(items_.begin(), items_.end(),
                                  [id](const MenuItem& candidate) { return candidate.id == id; });
   if (item == items_.end() || (*item).*field == value) return;
@@ -190,12 +189,6 @@ void MenuModel::SetChecked(int id, bool checked) {
 }
 void MenuModel::SetEnabled(int id, bool enabled) {
   Set(id, &MenuItem::enabled, enabled);
-}
-void MenuModel::SetVisible(int id, bool visible) {
-  Set(id, &MenuItem::visible, visible);
-}
-void MenuModel::SetCaption(int id, const std::string& caption) {
-  Set(id, &MenuItem::caption, caption);
 }
 
 }  // namespace kv

@@ -89,8 +89,6 @@ class MenuModel {
   bool Enabled(int id) const;
   void SetChecked(int id, bool checked);
   void SetEnabled(int id, bool enabled);
-  void SetVisible(int id, bool visible);
-  void SetCaption(int id, const std::string& caption);
 
  private:
   void Add(const Command& command);
@@ -101,8 +99,7 @@ class MenuModel {
   int IdFor(const std::string& name);
   void SetCheckedByKey(std::string_view key, bool checked);
 
-  template <class T>
-  void Set(int id, T MenuItem::*field, const T& value);
+  void Set(int id, bool MenuItem::*field, bool value);
 
   const Settings& settings_;
   const MenuPlugins& plugins_;

@@ -51,16 +51,6 @@ void PointerWatch::SetCursor(bool Show, bool Force) {
   actions_.ShowCursor(Show);
 }
 
-void PointerWatch::PointerMoved() {
-  heard_moving_ = true;
-  heard_inside_ = true;
-}
-
-void PointerWatch::PointerLeft() {
-  heard_moving_ = false;
-  heard_inside_ = false;
-}
-
 void PointerWatch::OnMouseTimer() {
   if (session_.Unloading) return;
   const Foreground foreground = world_.ForegroundWindow();
@@ -87,7 +77,6 @@ void PointerWatch::OnMouseTimer() {
 
   const FormArea area = world_.AreaOfForm();
   const Spot spot = FindPointer(area);
-  heard_moving_ = false;
   if (DelayAutoHide_.Enabled()) {
     LastX_ = spot.X;
     LastY_ = spot.Y;
@@ -136,8 +125,6 @@ PointerWatch::Spot PointerWatch::FindPointer(const FormArea& area) const {
   } else {
     spot.X = LastX_;
     spot.Y = LastY_;
-    spot.moved = heard_moving_;
-    spot.inside = heard_inside_;
   }
   return spot;
 }
@@ -187,11 +174,7 @@ void PointerWatch::CountClick() {
 // the band of the strip is meant to be that wide.
 void PointerWatch::JudgePanel(const Spot& spot, const FormArea& area) {
   if (!spot.screen) {
-    if (spot.inside) {
-      CountMovement(spot.moved && !DelayAutoHide_.Enabled());
-    } else {
-      ShowPanelRequest_ = false;
-    }
+    ShowPanelRequest_ = false;
     return;
   }
   const bool in_band = spot.Y > area.ScaleHeight - full_screen_.PanelFullHeight() &&
@@ -223,7 +206,7 @@ void PointerWatch::CountMovement(bool moving) {
 
 void PointerWatch::HideIdlePointer(const Spot& spot) {
   const TimerSource::TimePoint now = time_.Now();
-  bool still = !spot.moved;
+  bool still = true;
   if (spot.screen) {
     still = LastScreen_ && std::abs(spot.screen->x - LastScreen_->x) < kStillPixels &&
             std::abs(spot.screen->y - LastScreen_->y) < kStillPixels;

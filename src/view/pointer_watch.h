@@ -1,9 +1,9 @@
 // The watch over the pointer: calls the control strip and sends it away, hides the pointer, and
 // reads the clicks on the video area, which has no control to receive them.
 //
-// `MouseTimer` asks the world twenty times a second; nothing in a tick may block. Where the desktop
-// does not tell where the pointer is, the events of the form's widgets stand in for it. Owned by
-// `frmMain`; interface thread only.
+// `MouseTimer` asks the world twenty times a second; nothing in a tick may block. A pointer of
+// which nobody tells where it is counts as away from the form. Owned by `frmMain`; interface thread
+// only.
 #pragma once
 
 #include "state/session.h"
@@ -77,10 +77,6 @@ class PointerWatch {
 
   void OnMouseTimer();
 
-  // For desktops that do not tell where the pointer is: it has moved over the form, or left it.
-  void PointerMoved();
-  void PointerLeft();
-
   // Shows or hides the pointer. Without `Force` only a change is passed on, so that whoever counts
   // the calls finds them balanced.
   void SetCursor(bool Show, bool Force);
@@ -95,7 +91,6 @@ class PointerWatch {
     std::optional<ScreenPoint> screen;
     int X = 0;  // from the form's outer corner; count when `screen` is known
     int Y = 0;
-    bool moved = false;   // heard of, where the position is not known
     bool inside = false;  // over the form, frame included
   };
 
@@ -135,8 +130,6 @@ class PointerWatch {
   bool DoubleClickDone_ = false;  // the last click was the second of a double click
 
   bool seen_in_full_screen_ = false;  // the full screen has had the foreground
-  bool heard_moving_ = false;         // since the last tick
-  bool heard_inside_ = false;
 };
 
 }  // namespace kv

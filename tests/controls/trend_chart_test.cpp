@@ -13,9 +13,8 @@ namespace {
 
 class Surface : public TrendChartSurface {
  public:
-  void Resize(int width, int /*height*/) override { resized_to = width; }
+  void Resize(int /*width*/, int /*height*/) override {}
   void Moved() override { ++moves; }
-  int resized_to = 0;
   int moves = 0;
 };
 
@@ -51,14 +50,6 @@ TEST_F(TrendChartTest, TraceKeepsItsMarginsAndRunsOverTheEdges) {
   EXPECT_EQ(Newest(4), (std::vector<int>{52, 52, 52, 52}));
 }
 
-TEST_F(TrendChartTest, OldestSampleIsTheOneBehindTheLastColumn) {
-  chart.SetValue(100);
-  for (int i = 0; i < kTrendChartColumns; ++i) chart.SetValue(0);
-  EXPECT_EQ(chart.TraceY(kTrendChartColumns), 2);
-  chart.SetValue(0);
-  EXPECT_EQ(chart.TraceY(kTrendChartColumns), 52);
-}
-
 TEST_F(TrendChartTest, TimerPullsOneColumnForEachTick) {
   std::int32_t next = 0;
   chart.Update = [&next](std::int32_t& value) {
@@ -82,32 +73,6 @@ TEST_F(TrendChartTest, TimerPullsOneColumnForEachTick) {
   chart.SetAutomove(false);
   time.Advance(1000);
   EXPECT_EQ(surface.moves, 3);
-}
-
-TEST_F(TrendChartTest, VerticalLinesTravelWithTheTrace) {
-  chart.SetGridSize(3);
-  std::vector<int> offsets;
-  for (int i = 0; i < 4; ++i) {
-    chart.MoveGraph();
-    offsets.push_back(chart.GridOffset());
-  }
-  EXPECT_EQ(offsets, (std::vector<int>{1, 2, 0, 1}));
-  chart.SetGridMotion(false);
-  EXPECT_EQ(chart.GridOffset(), 0);
-  chart.SetGridMotion(true);
-  chart.MoveGraph();
-  chart.SetGridSize(0);
-  EXPECT_EQ(chart.Properties().GridSize, 1);
-  chart.MoveGraph();
-  EXPECT_EQ(chart.GridOffset(), 0);  // the phase was past the new pitch
-}
-
-TEST_F(TrendChartTest, NoMoreColumnsThanThereAreSamples) {
-  chart.SetSize(kTrendChartColumns, 54);
-  EXPECT_EQ(surface.resized_to, 0);
-  chart.SetSize(kTrendChartColumns + 1, 54);
-  EXPECT_EQ(surface.resized_to, kTrendChartColumns);
-  EXPECT_EQ(chart.ScaleWidth(), kTrendChartColumns);
 }
 
 }  // namespace

@@ -70,46 +70,24 @@ std::string Id3(char version, char flags, const std::string& body) {
   return "ID3"s + version + '\0' + flags + Big(body.size(), 4, 7) + body;
 }
 
-std::string Box(const std::string& name, const std::string& content) {
-  return Big(content.size() + 8, 4) + name + content;
-}
-
 const std::string kJpeg = "\xFF\xD8\xFF\xE0 a picture of some size";
 const std::string kPng = "\x89PNG\r\n\x1A\n a picture";
 
-TEST(EmbeddedCover, EveryFormatAndNoBrokenOne) {
+TEST(EmbeddedCover, IsTheFrontWhateverTheVersionOfTheTag) {
   const std::string apic = "\0image/jpeg\0\3front\0"s + kJpeg;
   const std::string other = "\0image/png\0\0icon\0"s + kPng;
   const std::string wide = "\1image/jpeg\0\3\xFF\xFE"s + "f\0\0\0"s + kJpeg;
   const auto frame = [](const std::string& id, const std::string& body, unsigned bits) {
     return id + Big(body.size(), 4, bits) + "\0\0"s + body;
   };
-  const std::string picture = Big(3, 4) + Big(10, 4) + "image/jpeg" + Big(0, 4) +
-                              std::string(16, '\0') + Big(kJpeg.size(), 4) + kJpeg;
-  const std::string data = Box("data", std::string(8, '\0') + kJpeg);
-  const std::string ilst = Box("ilst", Box("\xA9nam", "x") + Box("covr", data));
-  const std::string files[] = {
-      Id3(3, 0, frame("TIT2", "\0song"s, 8) + frame("APIC", other, 8) + frame("APIC", apic, 8)) +
-          "sound behind it",
-      Id3(4, 0, frame("APIC", wide, 7)) + "sound behind it",
-      Id3(2, 0, "PIC" + Big(apic.size() - 8, 3) + "\0JPG\3front\0"s + kJpeg) + "sound behind it",
-      "fLaC" + "\0"s + Big(34, 3) + std::string(34, 'i') + "\x86" + Big(picture.size(), 3) +
-          picture,
-      Box("ftyp", "M4A ") + Box("free", "xx") +
-          Box("moov", Box("mvhd", "x") + Box("udta", Box("meta", "\0\0\0\0"s + ilst))),
-  };
   const TempFolder folder;
-  for (const std::string& file : files) {
-    const CoverPicture cover = FindEmbeddedCover(folder.Write("a", file));
-    EXPECT_TRUE(cover.bytes.starts_with(kJpeg)) << file;
+  for (const std::string& tag :
+       {Id3(2, 0, "PIC" + Big(apic.size() - 8, 3) + "\0JPG\3front\0"s + kJpeg),
+        Id3(3, 0, frame("TIT2", "\0song"s, 8) + frame("APIC", other, 8) + frame("APIC", apic, 8)),
+        Id3(4, 0, frame("APIC", wide, 7))}) {
+    const CoverPicture cover = FindEmbeddedCover(folder.Write("a", tag + "sound behind it"));
+    EXPECT_TRUE(cover.bytes.starts_with(kJpeg)) << tag;
     EXPECT_EQ(cover.extension, ".jpg");
-    // Cut or spoilt anywhere, it holds the picture, a part of one, or none.
-    for (std::size_t at = 0; at < file.size(); at += 3) {
-      FindEmbeddedCover(folder.Write("a", file.substr(0, at)));
-      std::string spoilt = file;
-      spoilt[at] = '\xFF';
-      FindEmbeddedCover(folder.Write("a", spoilt));
-    }
   }
   EXPECT_EQ(PictureExtension("<svg onload=x>"), "");
 }

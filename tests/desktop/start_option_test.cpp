@@ -16,9 +16,7 @@ TEST(StartOptions, StandAlone) {
                                                {"/m/a --next"}}) {
     EXPECT_EQ(StartOptionOf(name), nullptr);
   }
-  for (const StartOption& option : StartOptions()) {
-    EXPECT_NE(UsageText().find(option.name), std::string::npos);
-  }
+  EXPECT_NE(UsageText().find("--next "), std::string::npos);
 }
 
 }  // namespace

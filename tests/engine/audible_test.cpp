@@ -2,15 +2,14 @@
 
 #include "engine/audio_levels.h"
 #include "engine_world_qt.h"
+#include "support/sound_server_qt.h"
 
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QStandardPaths>
 
 #include <array>
 #include <cmath>
 #include <cstring>
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <numbers>
 
@@ -24,55 +23,31 @@ constexpr double kTolerance = 1.0;
 // Decibels of a full-scale constant, left and right.
 using Levels = std::array<double, 2>;
 
-class SoundServerProcess {
+// Listens to the monitor of the server.
+class Recorder {
  public:
-  SoundServerProcess() {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    const QString folder = QString::fromStdString(folder_.Path());
-    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder);
-    environment.insert(QStringLiteral("HOME"), folder);
-    environment.remove(QStringLiteral("PULSE_SERVER"));
-    server_.setProcessEnvironment(environment);
-    server_.start(
-        QStringLiteral("pulseaudio"),
-        {QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
-         QStringLiteral("--use-pid-file=no"), QStringLiteral("--exit-idle-time=-1"),
-         QStringLiteral("--log-level=error"), QStringLiteral("-L"),
-         QStringLiteral("module-null-sink sink_name=void rate=48000"), QStringLiteral("-L"),
-         QStringLiteral("module-native-protocol-unix auth-anonymous=1 socket=") +
-             QString::fromStdString(EngineWorld::SoundServer())});
+  Recorder() {
+    parec_.start(QStringLiteral("parec"),
+                 {QStringLiteral("--device=void.monitor"), QStringLiteral("--format=float32le"),
+                  QStringLiteral("--rate=48000"), QStringLiteral("--channels=2"),
+                  QStringLiteral("--latency-msec=10"), QStringLiteral("--raw")});
   }
-
-  ~SoundServerProcess() {
-    for (QProcess* process : {&recorder_, &server_}) {
-      process->terminate();
-      if (!process->waitForFinished(3000)) process->kill();
-      process->waitForFinished(1000);
-    }
-    std::filesystem::remove(EngineWorld::SoundServer());
+  ~Recorder() {
+    parec_.terminate();
+    parec_.waitForFinished(3000);
   }
-  SoundServerProcess(const SoundServerProcess&) = delete;
-  SoundServerProcess& operator=(const SoundServerProcess&) = delete;
+  Recorder(const Recorder&) = delete;
+  Recorder& operator=(const Recorder&) = delete;
 
   static bool Installed() {
-    return !QStandardPaths::findExecutable(QStringLiteral("pulseaudio")).isEmpty() &&
-           !QStandardPaths::findExecutable(QStringLiteral("parec")).isEmpty();
-  }
-
-  static bool Listens() { return std::filesystem::exists(EngineWorld::SoundServer()); }
-
-  void Record() {
-    recorder_.start(QStringLiteral("parec"),
-                    {QStringLiteral("--device=void.monitor"), QStringLiteral("--format=float32le"),
-                     QStringLiteral("--rate=48000"), QStringLiteral("--channels=2"),
-                     QStringLiteral("--latency-msec=10"), QStringLiteral("--raw")});
+    return !QStandardPaths::findExecutable(QStringLiteral("parec")).isEmpty();
   }
 
   // Of the last tenth of a second; silence before there is that much.
   Levels Heard() {
     constexpr qsizetype kFrameBytes = 2 * sizeof(float);
     constexpr qsizetype kFrames = kSamplesPerSecond / 10;
-    bytes_ += recorder_.readAllStandardOutput();
+    bytes_ += parec_.readAllStandardOutput();
     // Whole frames are dropped, so that the channels stay where they are.
     const qsizetype spare = bytes_.size() / kFrameBytes - kFrames;
     Levels levels = {-200.0, -200.0};
@@ -94,9 +69,7 @@ class SoundServerProcess {
   }
 
  private:
-  TempFolder folder_;
-  QProcess server_;
-  QProcess recorder_;
+  QProcess parec_;
   QByteArray bytes_;
 };
 
@@ -160,21 +133,19 @@ constexpr std::array kSettings = {
 };
 
 TEST(Audible, VolumeAndBalanceAreDecibelsOfEachChannel) {
-  if (!SoundServerProcess::Installed()) GTEST_SKIP() << "pulseaudio is not installed";
-  SoundServerProcess server;
-  QElapsedTimer patience;
-  patience.start();
-  while (!SoundServerProcess::Listens() && patience.elapsed() < 5000)
-    MessagePumpQt().WaitAndPump(10);
-  ASSERT_TRUE(SoundServerProcess::Listens());
+  if (!SoundServerProcess::Installed() || !Recorder::Installed()) {
+    GTEST_SKIP() << "pulseaudio is not installed";
+  }
+  SoundServerProcess server(EngineWorld::SoundServer());
+  server.Start();
 
   EngineWorld world;
   const std::string tone = world.Folder().Write("tone.wav", LongTone());
   auto graph = world.Engine().CreateGraph();
   ASSERT_TRUE(graph->RenderFile(tone));
-  server.Record();
+  Recorder recorder;
   world.Pass(200);
-  EXPECT_LT(server.Heard()[0], kSilent) << "halted, nothing is heard";
+  EXPECT_LT(recorder.Heard()[0], kSilent) << "halted, nothing is heard";
 
   ASSERT_TRUE(graph->Run());
   // A sine of half the scale.
@@ -185,9 +156,9 @@ TEST(Audible, VolumeAndBalanceAreDecibelsOfEachChannel) {
     EXPECT_TRUE(graph->put_Volume(setting.volume));
     EXPECT_TRUE(graph->put_Balance(setting.balance));
     const Levels wanted = {full + setting.change[0], full + setting.change[1]};
-    world.Becomes([&] { return IsNear(server.Heard(), wanted); }, 3000);
+    world.Becomes([&] { return IsNear(recorder.Heard(), wanted); }, 3000);
     world.Pass(150);
-    const Levels heard = server.Heard();
+    const Levels heard = recorder.Heard();
     EXPECT_TRUE(IsNear(heard, wanted))
         << "heard " << heard[0] - full << " and " << heard[1] - full << " dB";
   };
@@ -201,7 +172,7 @@ TEST(Audible, VolumeAndBalanceAreDecibelsOfEachChannel) {
   expect_heard({0, 0, {0.0, 0.0}});
 
   ASSERT_TRUE(graph->Pause());
-  EXPECT_TRUE(world.Becomes([&] { return server.Heard()[0] < kSilent; }, 2000));
+  EXPECT_TRUE(world.Becomes([&] { return recorder.Heard()[0] < kSilent; }, 2000));
 }
 
 }  // namespace

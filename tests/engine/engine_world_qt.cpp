@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sys/inotify.h>

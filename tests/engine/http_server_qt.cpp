@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <limits>
 #include <utility>
 
 namespace kv {

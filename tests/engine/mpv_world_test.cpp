@@ -3,26 +3,16 @@
 
 #include "engine_world_qt.h"
 #include "http_server_qt.h"
+#include "support/self_signed_qt.h"
+#include "support/unix_socket.h"
 #include "system/name_tests.h"
 
-#include <QFile>
-#include <QProcess>
-#include <QSslCertificate>
-#include <QSslKey>
-#include <QSslServer>
-#include <QSslSocket>
 #include <QTimer>
 
-#include <algorithm>
-#include <cstring>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 #include <string>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
-#include <vector>
 
 namespace kv {
 namespace {
@@ -71,12 +61,6 @@ TEST_F(HttpWorld, PlaysWithRangesAndWithout) {
     ExpectPlaysToItsEnd(*graph, 2.2);
     EXPECT_LT(heart.LongestGap(), kLongestGap);
   }
-}
-
-TEST_F(HttpWorld, ASchemeInCapitalsIsTheSameScheme) {
-  std::string url = server_.Serve("/Film.MKV", {.body = film_, .ranges = true});
-  url.replace(0, 4, "HTTP");
-  EXPECT_TRUE(Graph()->RenderFile(url));
 }
 
 TEST_F(HttpWorld, ASlowServerIsWaitedForWithTheLoopTurning) {
@@ -212,16 +196,6 @@ TEST_F(HttpWorld, NoLocalFileReachesAnother) {
   }
 }
 
-TEST_F(HttpWorld, AStreamMadeOfPartsPlaysTheServersOwn) {
-  server_.Serve("/part.ts", {.body = Bytes(EngineWorld::Path("film.ts"))});
-  const auto graph = Graph();
-  ASSERT_TRUE(graph->RenderFile(server_.Serve(
-      "/list.m3u8", {.body = "#EXTM3U\n#EXT-X-VERSION:3\n#EXT-X-TARGETDURATION:3\n#EXTINF:3.0,\n"
-                             "part.ts\n#EXT-X-ENDLIST\n",
-                     .type = "application/vnd.apple.mpegurl"})));
-  EXPECT_EQ(graph->GetVideoSize().value_or(VideoSize{}).width, 160);
-}
-
 TEST_F(HttpWorld, ARedirectionToAnotherAddressIsFollowed) {
   const std::string film = server_.Serve("/film", {.body = film_, .ranges = true});
   EXPECT_TRUE(Graph()->RenderFile(
@@ -272,34 +246,9 @@ TEST_F(HttpWorld, NobodyListening) {
 
 // Neither does a part of a stream come from it. Named in SSL_CERT_FILE, it is believed.
 TEST_F(HttpWorld, AServerThatSignedItselfIsNotBelieved) {
-  if (!QSslSocket::supportsSsl()) GTEST_SKIP() << "the toolkit has no TLS here";
-  const QString key = QString::fromStdString(world_.Folder().Path("key.pem"));
-  const QString certificate = QString::fromStdString(world_.Folder().Path("certificate.pem"));
-  const QStringList words = {QStringLiteral("req"),
-                             QStringLiteral("-x509"),
-                             QStringLiteral("-newkey"),
-                             QStringLiteral("ec"),
-                             QStringLiteral("-pkeyopt"),
-                             QStringLiteral("ec_paramgen_curve:P-256"),
-                             QStringLiteral("-nodes"),
-                             QStringLiteral("-days"),
-                             QStringLiteral("2"),
-                             QStringLiteral("-subj"),
-                             QStringLiteral("/CN=127.0.0.1"),
-                             QStringLiteral("-addext"),
-                             QStringLiteral("subjectAltName=IP:127.0.0.1"),
-                             QStringLiteral("-keyout"),
-                             key,
-                             QStringLiteral("-out"),
-                             certificate};
-  if (QProcess::execute(QStringLiteral("openssl"), words) != 0) {
-    GTEST_SKIP() << "the openssl tool cannot make a key here";
-  }
-  QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-  configuration.setPrivateKey(QSslKey(Bytes(key.toStdString()), QSsl::Ec));
-  configuration.setLocalCertificate(QSslCertificate(Bytes(certificate.toStdString())));
-  auto tls = std::make_unique<QSslServer>();
-  tls->setSslConfiguration(configuration);
+  const std::string certificate = world_.Folder().Path("certificate.pem");
+  auto tls = SelfSignedServer(certificate);
+  if (!tls) GTEST_SKIP() << "no TLS, or no openssl tool here";
   HttpServer server(std::move(tls), "https");
   const std::string film = server.Serve("/film", {.body = film_, .ranges = true});
   const QByteArray part = QByteArray::fromStdString(
@@ -317,7 +266,7 @@ TEST_F(HttpWorld, AServerThatSignedItselfIsNotBelieved) {
   EXPECT_FALSE(missing->RenderFile(server_.Serve("/missing", {.status = 404})));
   EXPECT_FALSE(missing->CertificateRefused());
 
-  qputenv("SSL_CERT_FILE", QFile::encodeName(certificate));
+  qputenv("SSL_CERT_FILE", certificate.c_str());
   {
     EngineWorld believing;
     for (const std::string& url : {film, list}) {
@@ -328,26 +277,13 @@ TEST_F(HttpWorld, AServerThatSignedItselfIsNotBelieved) {
 }
 
 // A sound server that takes every connection and says nothing.
-class MuteSoundServer {
- public:
-  MuteSoundServer() : socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    const std::string path = EngineWorld::SoundServer();
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    EXPECT_LT(path.size(), sizeof address.sun_path);
-    std::memcpy(address.sun_path, path.data(), path.size());
-    EXPECT_EQ(bind(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    EXPECT_EQ(listen(socket_, 16), 0);
-  }
-  ~MuteSoundServer() {
-    close(socket_);
-    unlink(EngineWorld::SoundServer().c_str());
-  }
+struct MuteSoundServer {
+  MuteSoundServer() { socket.Listen(); }
+  ~MuteSoundServer() { unlink(EngineWorld::SoundServer().c_str()); }
   MuteSoundServer(const MuteSoundServer&) = delete;
   MuteSoundServer& operator=(const MuteSoundServer&) = delete;
 
- private:
-  int socket_;
+  UnixSocket socket{EngineWorld::SoundServer()};
 };
 
 class SoundWorld : public ::testing::TestWithParam<bool> {};

@@ -30,8 +30,6 @@ TEST(ForeignList, IsRecognised) {
       {"a\nb.mp3\r\nc\nd.mp3", "C", {"a\nb.mp3"}, true, "", "a\nb.mp3\r\nc\r\nd.mp3"},
       {"caf\xE9.mp3\n", "de_DE.UTF-8", {}, true, "Windows-1252", "caf\xC3\xA9.mp3"},
       {"\xB3.mp3", "pl_PL", {}, false, "Windows-1250", "\xC5\x82.mp3"},
-      {"\xE4.mp3", "sr_RS.UTF-8@latin", {}, false, "Windows-1250", "\xC3\xA4.mp3"},
-      {"\xC4\xE0.mp3", "ru_RU.UTF-8", {}, false, "Windows-1251", "\xD0\x94\xD0\xB0.mp3"},
       {"\xA4\xA4.mp3", "zh_TW.UTF-8", {}, false, "CP950", "\xE4\xB8\xAD.mp3"},
       // What the page of the locale does not have is of another one.
       {"\xFF\xE9.mp3", "ja_JP.UTF-8", {}, false, "Windows-1252", "\xC3\xBF\xC3\xA9.mp3"},

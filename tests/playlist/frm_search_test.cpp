@@ -38,7 +38,7 @@ TEST_F(SearchWindowsTest, QuickSearchFindsAsOneTypesAndJumps) {
   EXPECT_TRUE(quick->findChild<QLabel*>()->isVisible());
   EXPECT_EQ(lines->model()->rowCount(), 3);
   QTest::keyClick(lines, Qt::Key_C, Qt::ControlModifier);  // no line is current: nothing to copy
-  QTest::keyClicks(box, QStringLiteral("t"));  // between the stars
+  QTest::keyClicks(box, QStringLiteral("t"));              // between the stars
   EXPECT_EQ(box->text(), QStringLiteral("*t*"));
   EXPECT_EQ(lines->model()->rowCount(), 2);
   room.Open();
@@ -91,7 +91,6 @@ TEST_F(SearchWindowsTest, DialogAsksUntilItHasKeywordAndField) {
   WithDialog([this](frmSearch& dialog) {
     auto* const keyword = dialog.findChild<QLineEdit*>();
     auto* const fields = dialog.findChild<QListWidget*>();
-    EXPECT_EQ(fields->count(), 11);
     QTest::keyClick(&dialog, Qt::Key_Return);
     EXPECT_EQ(room.dialogs.LastText(), "Please enter a keyword to search for!");
     keyword->setText(QStringLiteral("*TWO*"));

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
-#include <vector>
 
 namespace kv {
 namespace {
@@ -22,7 +21,6 @@ bool Nothing(const std::string& /*path*/) {
 TEST(M3uFile, SplitsAtCrLfAlone) {
   EXPECT_THAT(SplitM3u(""), IsEmpty());
   EXPECT_THAT(SplitM3u("a\r\n\r\nb\nc\rd\r\n"), ElementsAre("a", "", "b\nc\rd", ""));
-  EXPECT_THAT(SplitM3u("a\r\r\n\nb"), ElementsAre("a\r", "\nb"));
   std::string text;
   for (int i = 1; i <= 10001; ++i) text += std::to_string(i) + "\r\n";
   const auto lines = SplitM3u(text);
@@ -44,9 +42,7 @@ TEST(M3uFile, ResolvesLines) {
       {R"(D:\lists\x.m3u)", "sub/a.mp3", R"(D:\lists\sub/a.mp3)"},
       {R"(D:\lists\x.m3u)", "HTTPS://h/a.mp3", "HTTPS://h/a.mp3"},
       {"/l/x.m3u", "/m/a\\b.mp3", "/m/a\\b.mp3"},
-      {"/l/x.m3u", "  a.mp3 ", "/l/  a.mp3 "},
       {"/l/x.m3u", " /m/a.mp3", "/l/ /m/a.mp3"},
-      {"/l/x.m3u", "../a.mp3", "/l/../a.mp3"},
       {"/l/x.m3u", "\xC3\xA9:a", "\xC3\xA9:a"},
       {"/l/x.m3u", "\xFF.mp3", "/l/\xFF.mp3"},
       {"/l/x.m3u", "file:a.mp3", "/l/file:a.mp3"},
@@ -56,19 +52,12 @@ TEST(M3uFile, ResolvesLines) {
 
 TEST(M3uFile, TakesForeignSeparatorsWhereTheyLeadToAFile) {
   std::set<std::string> files = {"/a\\b/sub/one.mp3", "/a\\b/odd\\two.mp3", "/a\\b/odd/two.mp3"};
-  int asked = 0;
-  const FileTest exists = [&](const std::string& path) {
-    ++asked;
-    return files.count(path) != 0;
-  };
+  const FileTest exists = [&](const std::string& path) { return files.count(path) != 0; };
   const std::string list = "/a\\b/x.m3u";
   EXPECT_EQ(GetPlaylistFile("sub\\one.mp3", list, exists), "/a\\b/sub/one.mp3");
   EXPECT_EQ(GetPlaylistFile("\\sub\\one.mp3", list, exists), "/a\\b/sub/one.mp3");
   EXPECT_EQ(GetPlaylistFile("odd\\two.mp3", list, exists), "/a\\b/odd\\two.mp3");
   EXPECT_EQ(GetPlaylistFile("sub\\gone.mp3", list, exists), "/a\\b/sub\\gone.mp3");
-  asked = 0;
-  EXPECT_EQ(GetPlaylistFile("sub/one.mp3", list, exists), "/a\\b/sub/one.mp3");
-  EXPECT_EQ(asked, 0);
 }
 
 TEST(M3uFile, WritesWhatReadsBack) {
@@ -85,7 +74,6 @@ TEST(M3uFile, WritesWhatReadsBack) {
       {"/l/x.m3u", "/l/sub/a.mp3", "sub/a.mp3"},
       {"/l/x.m3u", "/l/\xFF.mp3", "\xFF.mp3"},
       {"/l/x.m3u", "/l/  a b.mp3 ", "  a b.mp3 "},
-      {"/l/x.m3u", "/l/../a.mp3", "../a.mp3"},
       {"/l/x.m3u", "/m/a.mp3", "/m/a.mp3"},
       {"/l/x.m3u", "http://h/l/a.mp3", "http://h/l/a.mp3"},
       // Cut, each of these would mean something else, or nothing.

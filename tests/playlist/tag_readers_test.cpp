@@ -2,12 +2,7 @@
 #include "playlist/tag_readers_taglib.h"
 #include "support/temp_folder.h"
 
-#include <taglib/id3v1tag.h>
-#include <taglib/id3v2tag.h>
-#include <taglib/mpegfile.h>
-
 #include <cmath>
-#include <cstdint>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <random>
@@ -15,7 +10,6 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
 namespace kv {
 namespace {
@@ -32,8 +26,8 @@ std::string BigEndian(std::size_t value, unsigned bytes, unsigned bits = 8) {
 
 // MPEG 1, layer III, 44100 Hz; 128 kbit/s takes 417 bytes.
 std::string Mp3Frame(char bitrate_byte = '\x90', std::size_t length = 417,
-                     std::string_view content = "", char fourth = '\x64') {
-  std::string frame = "\xFF\xFB"s + bitrate_byte + fourth;
+                     std::string_view content = "") {
+  std::string frame = "\xFF\xFB"s + bitrate_byte + '\x64';
   frame += content;
   frame.resize(length, '\0');
   return frame;
@@ -65,8 +59,8 @@ std::string Id3v2(int version, const std::string& frames, unsigned flags = 0) {
 std::string Frame2(const std::string& id, const std::string& body) {
   return id + BigEndian(body.size(), 3) + body;
 }
-std::string Frame3(const std::string& id, const std::string& body, char flag = 0) {
-  return id + BigEndian(body.size(), 4) + '\0' + flag + body;
+std::string Frame3(const std::string& id, const std::string& body) {
+  return id + BigEndian(body.size(), 4) + "\0\0"s + body;
 }
 std::string Frame4(const std::string& id, const std::string& body) {
   return id + BigEndian(body.size(), 4, 7) + "\0\0"s + body;
@@ -115,9 +109,7 @@ TEST_F(TagReadersTest, MeasuresMpegAudio) {
     const char* header;
   } rows[] = {
       {"plain", sound, "128 44100 Joint stereo 251, 26"},
-      {"two frames", Repeat(2, Mp3Frame()), "128 44100 Joint stereo 251, 1"},
       {"the second cut", Mp3Frame() + Mp3Frame().substr(0, 50), "128 44100 Joint stereo 251, 0"},
-      {"behind a tag", picture_tag + sound, "128 44100 Joint stereo 251, 26"},
       {"behind two tags", Id3v2(4, "") + picture_tag + sound, "128 44100 Joint stereo 251, 26"},
       {"behind garbage", picture_tag + Repeat(200'000, "\xFF\xE3xy.") + sound,
        "128 44100 Joint stereo 251, 26"},
@@ -131,13 +123,10 @@ TEST_F(TagReadersTest, MeasuresMpegAudio) {
       {"Xing that lies", XingFrame(0xFFFFFFFF, 1) + sound, "128 44100 Joint stereo 251, 26"},
       {"VBRI", VbriFrame(1000, 522'449) + sound, "160 44100 Joint stereo 251, 261"},
       {"varying", Repeat(50, Mp3Frame() + Mp3Frame('\xA0', 522)), "144 44100 Joint stereo 251, 26"},
-      {"mono", Repeat(100, Mp3Frame('\x90', 417, "", '\xC0')), "128 44100 Mono 251, 26"},
       {"dual channel, MPEG 2", Repeat(100, "\xFF\xF3\x80\x80"s + std::string(204, '\0')),
        "64 22050 Dual channel 243, 26"},
       {"MPEG 2.5, protected", Repeat(100, "\xFF\xE2\x80\0"s + std::string(413, '\0')),
        "64 11025 Stereo 226, 52"},
-      {"layer II", Repeat(100, "\xFF\xFD\xA4\0"s + std::string(572, '\0')),
-       "192 48000 Stereo 253, 24"},
       {"layer I", Repeat(100, "\xFF\xFF\xC6\0"s + std::string(384, '\0')),
        "384 48000 Stereo 255, 8"},
   };
@@ -153,7 +142,6 @@ TEST_F(TagReadersTest, TakesNothingElseForMpegAudio) {
     const char* what;
     std::string bytes;
   } rows[] = {
-      {"empty", ""},
       {"one frame", Mp3Frame()},
       {"noise", noise},
       {"WAV with MPEG sound", "RIFF\0\0\0\0WAVEfmt "s + sound},
@@ -165,11 +153,9 @@ TEST_F(TagReadersTest, TakesNothingElseForMpegAudio) {
       {"Matroska", "\x1A\x45\xDF\xA3" + sound},
       {"chunks of a container", Repeat(200, chunk)},
       {"ADTS", Repeat(100, "\xFF\xF1\x50\x80"s + std::string(413, '\0'))},
-      {"all ones", std::string(100'000, '\xFF')},
       {"free format", Repeat(100, Mp3Frame('\0'))},
       {"too far away", std::string(1'200'000, 'x') + sound},
       {"a tag alone", Id3v2(3, Frame3("TIT2", "\0x"s))},
-      {"ID3v1 alone", Id3v1("a", "b", "c", 1)},
   };
   for (const auto& row : rows) EXPECT_EQ(Header(row.bytes), "no") << row.what;
 }
@@ -211,7 +197,6 @@ TEST_F(TagReadersTest, ReadsId3v1) {
       {"UTF-8", Id3v1("\u00C4rger", full + "\u00E9x\xE2", full + "\u00E9\u00E9", 0),
        "\u00C4rger|" + full + "\u00E9x|" + full + "\u00E9\u00E9|0|Blues"},
       {"none", sound, "no"},
-      {"too short", "TAG", "no"},
       {"an APE footer", std::string(200, 'x') + "APETAGEX" + std::string(123, '\0'), "no"},
   };
   for (const auto& row : rows) EXPECT_EQ(V1(row.bytes), row.tag) << row.what;
@@ -237,7 +222,6 @@ TEST_F(TagReadersTest, ReadsId3v2) {
       {"2.4 with sizes of 2.3", Id3v2(4, picture + Frame4("TIT2", "\0x"s)), "x|||-1|"},
       {"2.4 with a footer",
        Id3v2(4, Frame4("TIT2", "\0x"s), 0x10) + "3DI\4\0\x10"s + BigEndian(12, 4, 7), "x|||-1|"},
-      {"old names in a later tag", Id3v2(3, Frame3("TT2\0"s, "\0x"s)), "x|||-1|"},
       {"extended header 2.3", Id3v2(3, "\0\0\0\6\0\0\0\0\0\0"s + title, 0x40), "Title|||-1|"},
       {"extended header 2.4", Id3v2(4, "\0\0\0\6\1\0"s + Frame4("TIT2", "\0x"s), 0x40), "x|||-1|"},
       {"unsynchronised 2.3",
@@ -252,16 +236,9 @@ TEST_F(TagReadersTest, ReadsId3v2) {
        sound + Id3v2(4, Frame4("TIT2", "\0x"s), 0x10) + "3DI\4\0\x10"s + BigEndian(12, 4, 7) +
            Id3v1("", "", "", 0),
        "x|||-1|"},
-      {"dirty",
-       Id3v2(3, Frame3("TIT2",
-                       "\0 a\r\n\x07"
-                       "b "s)),
-       "a b|||-1|"},
-      {"padded", Id3v2(3, title + std::string(1000, '\0')), "Title|||-1|"},
       {"the first of two", Id3v2(3, title + Frame3("TIT2", "\0other"s)), "Title|||-1|"},
       {"cut file", Id3v2(3, title + picture).substr(0, 100), "Title|||-1|"},
       {"other frames only", Id3v2(3, picture), "|||-1|"},
-      {"padding only", Id3v2(3, std::string(100, '\0')), "no"},
       {"a frame larger than the tag", Id3v2(3, "TIT2\0\1\0\0\0\0\0x"s), "no"},
       {"no tag", sound, "no"},
       {"of the future", Id3v2(5, title), "no"},
@@ -277,22 +254,15 @@ TEST_F(TagReadersTest, NamesGenres) {
   } rows[] = {{"17", "17|Rock"},
               {"(17)", "17|Rock"},
               {"(17)Rock", "17|Rock"},
-              {"Rock", "17|Rock"},
               {"(4)Eurodisco", "4|Disco / Eurodisco"},
               {"(51)(39)", "51|Techno-Industrial / Noise"},
               {"My own", "-1|My own"},
               {"(RX)", "-1|Remix"},
               {"(250)", "-1|"},
-              {"999999999999", "-1|999999999999"},
-              {"()", "-1|"},
               {"", "-1|"}};
   for (const auto& row : rows) {
     EXPECT_EQ(V2(Id3v2(3, Frame3("TCON", '\0' + row.text))), "|||" + row.genre) << row.text;
   }
-  EXPECT_EQ(V2(Id3v2(4, Frame4("TCON",
-                               "\0"
-                               "17\0Punk"s))),
-            "|||17|Rock / Punk");
   const auto reader = readers.MakeTagReaderPrimary();
   EXPECT_EQ(reader->GenreName(0), "Blues");
   for (const int number : {-1, 192, 255, 256, 1'000'000}) EXPECT_EQ(reader->GenreName(number), "");
@@ -323,25 +293,6 @@ TEST_F(TagReadersTest, StaysWithinBoundsWhateverATagClaims) {
   reader->Load(path);
   EXPECT_EQ(reader->Title(), "x");
   EXPECT_EQ(HeaderOf(path), "128 44100 Joint stereo 251, 26");
-}
-
-TEST_F(TagReadersTest, ReadsWhatTheLibraryWrites) {
-  const std::string path = temp.Write("a.mp3", sound);
-  for (const auto version : {TagLib::ID3v2::v3, TagLib::ID3v2::v4}) {
-    {
-      TagLib::MPEG::File file(path.c_str());
-      file.ID3v2Tag(true)->setTitle(TagLib::String("\u0416 title", TagLib::String::UTF8));
-      file.ID3v2Tag()->setArtist("Artist");
-      file.ID3v2Tag()->setGenre("Rock");
-      file.ID3v1Tag(true)->setTitle("old");
-      ASSERT_TRUE(file.save(TagLib::MPEG::File::AllTags, TagLib::File::StripNone, version));
-    }
-    const std::string bytes = temp.Read("a.mp3");
-    EXPECT_EQ(V2(bytes), "\u0416 title|Artist||17|Rock");
-    EXPECT_EQ(V1(bytes).substr(0, 4), "old|");
-    EXPECT_EQ(Header(bytes), "128 44100 Joint stereo 251, 26");
-    EXPECT_EQ(temp.Read("a.mp3"), bytes);  // reading has changed nothing
-  }
 }
 
 }  // namespace

@@ -4,49 +4,22 @@
 
 #include "shell/hand_over.h"
 #include "shell/media_opener.h"
-#include "support/fake_graph.h"
-#include "support/fake_pump.h"
-#include "support/fake_text_platform.h"
 #include "support/scripted_dialogs.h"
+#include "support/slider_world.h"
 
 #include <algorithm>
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace kv {
 
-// Runs an action inside the pump of a given number.
-class HookPump : public FakePump {
- public:
-  using FakePump::FakePump;
-
-  void InPump(int number, std::function<void()> action) {
-    number_ = Pumps() + number;
-    action_ = std::move(action);
-  }
-  bool Waiting() const { return static_cast<bool>(action_); }
-
-  void PumpOnce() override {
-    if (action_ && Pumps() >= number_) std::exchange(action_, nullptr)();
-    FakePump::PumpOnce();
-  }
-
- private:
-  int number_ = 0;
-  std::function<void()> action_;
-};
-
-struct OpenerPlayer : OpenerHost,
+struct OpenerPlayer : SliderWorld,
+                      OpenerHost,
                       OpenerView,
                       HandOverHost,
                       StatusView,
-                      PicTime,
-                      SliderLabels,
-                      SliderMeter,
                       clsDShowControl::Events {
   OpenerPlayer() {
     factory.media["/m/a.avi"] = {.duration = 100, .width = 640, .height = 480};
@@ -56,8 +29,6 @@ struct OpenerPlayer : OpenerHost,
     factory.media["/m/broken.avi"] = {.renders = false, .render_milliseconds = 1000};
     session.SupportedExtensions = "*.avi;*.mp3;*.m3u;*.kvr;*.asx;*.asf;*.wax";
     session.OpenFilter = "All|*.*";
-    sliders.Configure();
-    sliders.Connect();
     slider2.SetValue(99);
     slider3.SetValue(20);
     slider4.SetValue(9);
@@ -117,14 +88,6 @@ struct OpenerPlayer : OpenerHost,
     log.push_back("status " + text);
   }
   void HideStatusStrip() override { log.push_back("no status"); }
-  void Cls() override {}
-  void Print(int x, const std::string& text) override {
-    if (x == 1) strip = text;
-  }
-  void SetSliderLabel(SliderLabel /*which*/, const std::string& /*text*/,
-                      bool /*settled*/) override {}
-  void PrepareVUStop() override {}
-  void PrepareVUStart() override {}
   void Movie_PlayStateChange(clsDShowControl::PlayState state) override {
     log.push_back("state " + std::to_string(state));
   }
@@ -152,24 +115,11 @@ struct OpenerPlayer : OpenerHost,
   std::vector<std::string> log;
   std::map<std::string, kv::AsxInfo> asx;
   std::string resume_target;
-  std::string strip;
   std::string tool_tip;
   ConnectionIcon icon = ConnectionIcon::kNone;
   bool resume_mark = false;
 
-  VirtualTime time;
-  HookPump pump{&time};
-  FakeGraphFactory factory{time, pump};
-  clsDShowControl movie{factory, pump};
-  Settings settings;
-  Session session;
-  FakeTextPlatform platform;
   ScriptedDialogs dialogs;
-  ScrollerSurface surface;
-  ScrollerModel slider1{surface}, slider2{surface}, slider3{surface}, slider4{surface};
-  TimeDisplay display{movie, settings, platform, *this};
-  SliderModels models{slider1, slider2, slider3, slider4};
-  Sliders sliders{models, movie, settings, session, display, platform, *this, *this};
   std::unique_ptr<Timer> check =
       time.MakeTimer(TimerKind::kOrdinary, 250, [this] { status.OnCheckBuffering(); });
   std::unique_ptr<Timer> timeout =

@@ -1,9 +1,8 @@
 // The playback tick on the true road: `PosTimer` every 30 ms of virtual time over sliders, marks
-// and transport, on fake media, with a small list that opens its entries by a timer.
+// and transport, on fake media.
 #include "shell/playback_tick.h"
 
 #include "shell/transport_player.h"
-#include "support/fake_text_platform.h"
 
 #include <functional>
 #include <gmock/gmock.h>
@@ -19,98 +18,54 @@ using testing::IsEmpty;
 
 constexpr const char* kMedium = "/m/a.avi";
 
-// A player with sliders, and a list that steps.
-struct Player : TransportPlayer, TickNavigation, PicTime, SliderLabels, SliderMeter {
+// A player with sliders, and a list that notes what is asked of it.
+struct Player : TransportPlayer, TickNavigation {
   int PlaylistCount() const override { return count; }
-  std::string PlaylistItem(int index) const override { return std::to_string(index) + ".avi"; }
   void PlaylistSetNext(bool /*last*/, int /*index*/, bool /*now*/) override {
     steps.emplace_back("next");
     if (in_next) in_next();
-    if (!opens) return;
-    ++settings.PlaylistIndex;
-    StartPlaylistTimer(true);
   }
   void StartPlaylistTimer(bool immediate) override {
-    if (opens) {
-      play_from_playlist->Restart(10);
-    } else {
-      steps.emplace_back(immediate ? "timer" : "slow timer");
-    }
+    steps.emplace_back(immediate ? "timer" : "slow timer");
   }
-  bool PlayFromPlaylistEnabled() const override { return play_from_playlist->Enabled(); }
+  bool PlayFromPlaylistEnabled() const override { return open_pending; }
   void ReleasePlugin() override { steps.emplace_back("stop"); }
-  void Cls() override {}
-  void Print(int x, const std::string& text) override {
-    if (x == 1) shown_time = text;
-  }
-  void SetSliderLabel(SliderLabel /*which*/, const std::string& /*text*/,
-                      bool /*settled*/) override {}
-  void PrepareVUStop() override {}
-  void PrepareVUStart() override {}
 
-  Player() {
-    sliders.Configure();
-    sliders.Connect();
-    position.SetSize(111, 21);
-    timer->SetEnabled(true);
-  }
+  Player() { timer->SetEnabled(true); }
 
   // Opens as the player does: the slider follows only when the engine is ready.
-  void Open(const std::string& file, bool play = true) {
-    steps.push_back("open " + file);
-    movie.DS_Stop();
-    movie.DS_OpenFile(file, 0, 0, 0, 0, 0);
-    settings.CurrentFile = file;
-    position.SetValue(0);
-    position.SetMax(movie.DS_GetDuration());
-    movie.DS_GetMovieSize(session.MovieWidth, session.MovieHeight);
-    marks.ResetAB();
-    if (play) movie.DS_Play();
-  }
-
   void Play(const FakeMedium& medium) {
     factory.media[kMedium] = medium;
     Open(kMedium);
-    steps.clear();
+    slider1.SetMax(movie.DS_GetDuration());
+    movie.DS_GetMovieSize(session.MovieWidth, session.MovieHeight);
+    movie.DS_Play();
   }
 
-  void PlayFromPlaylist() {
-    play_from_playlist->SetEnabled(false);
-    Open(PlaylistItem(settings.PlaylistIndex));
+  // In a list of three whose entries follow each other.
+  void PlayEntry(int index, const FakeMedium& medium) {
+    count = 3;
+    settings.PlayingFromPlaylist = FromBool(true);
+    settings.AutoNext = FromBool(true);
+    settings.PlaylistIndex = index;
+    Play(medium);
   }
 
-  // Until something is done about it, at most `milliseconds`; answers how long that took.
-  std::int64_t AdvanceUntilLogged(std::int64_t milliseconds) {
+  // Until something is done about it, at most `milliseconds`.
+  void AdvanceUntilLogged(std::int64_t milliseconds) {
     const std::int64_t begin = time.Milliseconds();
     while (steps.empty() && time.Milliseconds() - begin < milliseconds) time.Advance(1);
-    return time.Milliseconds() - begin;
   }
 
   std::vector<std::string> steps;
   int count = 0;
-  bool opens = false;  // the list opens what it steps to
+  bool open_pending = false;
   std::function<void()> in_next;
-  std::string shown_time;
 
-  FakeTextPlatform platform;
-  ScrollerModel rate{surface}, balance{surface};
-  TimeDisplay display{movie, settings, platform, *this};
-  Sliders sliders{
-      {position, volume, rate, balance}, movie, settings, session, display, platform, *this, *this};
-  PlaybackTick tick{movie, settings, session, position, sliders, transport, *this};
-  std::unique_ptr<Timer> play_from_playlist =
-      time.MakeTimer(TimerKind::kOrdinary, 10, [this] { PlayFromPlaylist(); });
+  PlaybackTick tick{movie, settings, session, slider1, sliders, transport, *this};
   std::unique_ptr<Timer> timer =
       time.MakeTimer(TimerKind::kHighResolution, 30, [this] { tick.PosTimer(); });
 };
-
-TEST(PlaybackTick, MovesTheSliderAndTheTime) {
-  Player player;
-  player.Play({.duration = 10});
-  player.time.Advance(1500);
-  EXPECT_DOUBLE_EQ(player.position.Value(), 1.5);
-  EXPECT_EQ(player.shown_time, "00:00:01.50");
-}
 
 TEST(PlaybackTick, WhatFollowsTheEnd) {
   const std::vector<std::string> next = {"next"}, wrap = {"timer"}, stop = {"stop"}, again = {};
@@ -119,12 +74,10 @@ TEST(PlaybackTick, WhatFollowsTheEnd) {
     bool from_list, auto_next;
     std::vector<std::string> log;
   } rows[] = {
-      {1, 0, 0, false, false, again}, {1, 1, 3, true, true, again}, {1, 3, 3, true, true, again},
-      {0, 0, 0, false, true, stop},   {2, 0, 0, true, true, stop},  {0, 0, 0, true, true, stop},
-      {0, 1, 3, true, true, next},    {2, 2, 3, true, true, next},  {0, 2, 3, true, false, stop},
-      {2, 2, 3, true, false, stop},   {2, 3, 3, true, true, wrap},  {2, 3, 3, true, false, wrap},
-      {2, 0, 3, true, true, wrap},    {2, 9, 3, true, false, wrap}, {0, 3, 3, true, true, stop},
-      {0, 0, 3, true, true, stop},    {0, 1, 3, false, true, stop}, {2, 3, 3, false, true, stop},
+      {1, 0, 0, false, false, again}, {1, 3, 3, true, true, again}, {0, 0, 0, false, true, stop},
+      {2, 0, 0, true, true, stop},    {2, 2, 3, true, true, next},  {0, 2, 3, true, false, stop},
+      {2, 3, 3, true, true, wrap},    {2, 3, 3, true, false, wrap}, {2, 0, 3, true, true, wrap},
+      {2, 9, 3, true, false, wrap},   {0, 3, 3, true, true, stop},  {2, 3, 3, false, true, stop},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << "repeat " << row.repeat << " list " << row.from_list << " "
@@ -147,16 +100,9 @@ TEST(PlaybackTick, WhatFollowsTheEnd) {
       EXPECT_EQ(player.movie.State(), 2);
       player.time.Advance(3000);
       EXPECT_EQ(player.steps, stop);
-      EXPECT_EQ(player.position.Value(), 0);
+      EXPECT_EQ(player.slider1.Value(), 0);
     }
   }
-}
-
-TEST(PlaybackTick, TheEndIsSixSamplesThatStandStill) {
-  Player player;
-  player.Play({.duration = 2});
-  // First seen at 2.0 s by the tick at 2010 ms.
-  EXPECT_EQ(player.AdvanceUntilLogged(5000), 2010 + 6 * 30);
 }
 
 TEST(PlaybackTick, AStallIsTheEndOnlyInTheLastSecond) {
@@ -199,11 +145,8 @@ TEST(PlaybackTick, MarksLoopAndTurnOffTheEnd) {
   const struct {
     double first, second;  // where the button is pressed
     double lowest, highest;
-  } rows[] = {{0.0, 0.5, 0.0, 0.53},
-              {1.0, 1.5, 1.0, 1.53},
-              {1.5, 1.0, 1.0, 1.53},
-              {1.2, 1.2, 1.2, 1.23},
-              {1.8, 2, 1.8, 2}};
+  } rows[] = {
+      {0.0, 0.5, 0.0, 0.53}, {1.5, 1.0, 1.0, 1.53}, {1.2, 1.2, 1.2, 1.23}, {1.8, 2, 1.8, 2}};
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << row.first << " > " << row.second);
     Player player;
@@ -238,9 +181,7 @@ TEST(PlaybackTick, TheEndOfAResumeSection) {
     std::vector<std::string> log;  // until well behind the section's end, at 3 s
     std::vector<std::string> end;  // what follows until the medium has ended, at 6 s
   } rows[] = {
-      {0, 1, 1, false, true, {}, {}},
       {2, 3, 3, false, true, {}, {}},
-      {1, 1, 1, true, true, {}, {}},
       {1, 3, 3, true, true, {}, {}},
       {0, 1, 1, true, false, {"next"}, {"next", "stop"}},
       {0, 3, 0, true, false, {}, {"stop"}},  // plays on past the mark
@@ -250,11 +191,10 @@ TEST(PlaybackTick, TheEndOfAResumeSection) {
     SCOPED_TRACE(testing::Message() << "list " << row.from_list << " repeat " << row.repeat << " "
                                     << row.index << "/3");
     Player player;
-    player.settings.PlayingFromPlaylist = FromBool(row.from_list);
     player.settings.RepeatMode = row.repeat;
-    player.settings.PlaylistIndex = row.index;
-    player.count = 3;
-    player.Play({.duration = 6});
+    player.PlayEntry(row.index, {.duration = 6});
+    player.settings.AutoNext = FromBool(false);
+    player.settings.PlayingFromPlaylist = FromBool(row.from_list);
     player.session.ResumePosition = 1;
     player.session.ResumeEndPosition = 3;
     player.movie.DS_SetPosition(2.5);
@@ -274,77 +214,40 @@ TEST(PlaybackTick, TheEndOfAResumeSection) {
 
 TEST(PlaybackTick, WithAnOpenPendingOnlyTheSliderMoves) {
   Player player;
-  player.count = 3;
-  player.settings.PlayingFromPlaylist = FromBool(true);
-  player.settings.AutoNext = FromBool(true);
-  player.settings.PlaylistIndex = 1;
-  player.Play({.duration = 2});
-  player.play_from_playlist->Restart(60000);
+  player.open_pending = true;
+  player.PlayEntry(1, {.duration = 2});
   player.session.ResumeEndPosition = 1;
   player.session.MarkA = 0;
   player.session.MarkB = 1.5;
   player.time.Advance(4000);
   EXPECT_THAT(player.steps, IsEmpty());
-  EXPECT_EQ(player.position.Value(), 2);
+  EXPECT_EQ(player.slider1.Value(), 2);
 }
 
 TEST(PlaybackTick, ATickInsideATickDoesNothing) {
   Player player;
-  player.count = 3;
-  player.settings.PlayingFromPlaylist = FromBool(true);
-  player.settings.AutoNext = FromBool(true);
-  player.settings.PlaylistIndex = 1;
   player.in_next = [&] {  // as a message box that pumps would
     for (int i = 0; i < 20 && player.steps.size() < 5; ++i) player.tick.PosTimer();
   };
-  player.Play({.duration = 2});
+  player.PlayEntry(1, {.duration = 2});
   player.AdvanceUntilLogged(5000);
   EXPECT_THAT(player.steps, ElementsAre("next"));
-}
-
-TEST(PlaybackTick, AListPlaysThroughAndWraps) {
-  for (const int render_milliseconds : {0, 500}) {
-    SCOPED_TRACE(render_milliseconds);
-    Player player;
-    for (const int entry : {1, 2, 3}) {
-      player.factory.media[player.PlaylistItem(entry)] = {
-          .duration = 2, .render_milliseconds = render_milliseconds};
-    }
-    player.count = 3;
-    player.opens = true;
-    player.settings.PlayingFromPlaylist = FromBool(true);
-    player.settings.AutoNext = FromBool(true);
-    player.settings.RepeatMode = 2;
-    player.settings.PlaylistIndex = 1;
-    player.PlayFromPlaylist();
-    // The first two leave at a mark of their own, the last at its end.
-    player.session.ResumeEndPosition = 1;
-    for (const int entry : {1, 2}) {
-      while (player.settings.PlaylistIndex == entry) player.time.Advance(1);
-      EXPECT_LT(player.movie.DS_GetPosition(), 1.1);
-    }
-    player.session.ResumeEndPosition = kNoPosition;
-    player.time.Advance(2200 + 2 * (10 + render_milliseconds) + 100);
-    EXPECT_THAT(player.steps, ElementsAre("open 1.avi", "next", "open 2.avi", "next", "open 3.avi",
-                                          "open 1.avi"));
-    EXPECT_TRUE(player.Playing());
-  }
 }
 
 TEST(PlaybackTick, KeepsOffWhileTheUserScrubs) {
   Player player;
   player.Play({.duration = 100, .width = 64, .height = 48});
-  player.position.PointerDown(kLeftButton, kCtrlKey, 5, 10);
-  player.position.PointerMove(kLeftButton, 104, 10);
+  player.slider1.PointerDown(kLeftButton, kCtrlKey, 5, 10);
+  player.slider1.PointerMove(kLeftButton, 104, 10);
   ASSERT_TRUE(player.sliders.CtrlScrubbing());
   ASSERT_NEAR(player.movie.DS_GetPosition(), 99, 1e-9);
   player.movie.DS_Play();  // even when it runs to its end under the knob
   player.time.Advance(3000);
   EXPECT_THAT(player.steps, IsEmpty());
-  EXPECT_NEAR(player.position.Value(), 99, 1e-9);
-  player.position.PointerUp(kLeftButton, kCtrlKey, 104, 10);  // starts over
+  EXPECT_NEAR(player.slider1.Value(), 99, 1e-9);
+  player.slider1.PointerUp(kLeftButton, kCtrlKey, 104, 10);  // starts over
   player.time.Advance(1000);
-  EXPECT_NEAR(player.position.Value(), 1, 0.03);
+  EXPECT_NEAR(player.slider1.Value(), 1, 0.03);
 }
 
 TEST(PlaybackTick, StreamsWithoutPositionOrLengthAreLeftAlone) {
@@ -369,39 +272,28 @@ TEST(PlaybackTick, StreamsWithoutPositionOrLengthAreLeftAlone) {
 }
 
 struct Window : MovieView {
-  explicit Window(FakePump& fake_pump) : pump(fake_pump) {}
-  void Log(const char* what, bool visible) {
-    log.push_back((visible ? "+" : "-") + std::string(what));
-  }
-  void SetRenderVisible(bool visible) override {
-    Log("render", visible);
-    pump.Post([this] { log.emplace_back("pump"); });
-  }
-  void SetVuMeter1Visible(bool visible) override { Log("meter", visible); }
-  void SetLogoVisible(bool visible) override { Log("logo", visible); }
-  void SetVumeterVisible() override { log.emplace_back("decide"); }
-  void ExtPluginMediaChanged() override { log.emplace_back("plugin"); }
+  void Note(const char* what, bool visible) { log += (visible ? " +" : " -") + std::string(what); }
+  void SetRenderVisible(bool visible) override { Note("render", visible); }
+  void SetVuMeter1Visible(bool visible) override { Note("meter", visible); }
+  void SetLogoVisible(bool visible) override { Note("logo", visible); }
+  void SetVumeterVisible() override { log += " decide"; }
+  void ExtPluginMediaChanged() override { log += " plugin"; }
 
-  FakePump& pump;
-  std::vector<std::string> log;
+  std::string log;
 };
 
 TEST(MovieEvents, TheLogoCoversAnOpenAlsoWhenItFails) {
-  VirtualTime time;
-  FakePump pump(&time);
-  FakeGraphFactory factory(time, pump);
-  clsDShowControl movie(factory, pump);
-  Window window(pump);
-  MovieEvents events(window, pump);
-  movie.SetEvents(&events);
-  EXPECT_FALSE(movie.DS_OpenFile("/m/none", 0, 0, 0, 0, 0));
-  EXPECT_THAT(window.log, ElementsAre("-render", "-meter", "+logo", "pump", "plugin", "+render",
-                                      "+meter", "-logo", "pump"));
+  MovieWorld world;
+  Window window;
+  MovieEvents events(window, world.pump);
+  world.movie.SetEvents(&events);
+  EXPECT_FALSE(world.movie.DS_OpenFile("/m/none", 0, 0, 0, 0, 0));
+  EXPECT_EQ(window.log, " -render -meter +logo plugin +render +meter -logo");
   window.log.clear();
-  movie.DS_Play();
-  movie.DS_Pause();
-  movie.DS_Stop();
-  EXPECT_THAT(window.log, ElementsAre("decide", "decide", "decide"));
+  world.movie.DS_Play();
+  world.movie.DS_Pause();
+  world.movie.DS_Stop();
+  EXPECT_EQ(window.log, " decide decide decide");
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 #include "shell/transport.h"
 #include "shell/wheel_seek.h"
-#include "support/movie_world.h"
+#include "support/slider_world.h"
 
 #include <sstream>
 #include <string>
@@ -12,7 +12,7 @@
 
 namespace kv {
 
-struct TransportPlayer : MovieWorld,
+struct TransportPlayer : SliderWorld,
                          TransportNavigation,
                          TransportMenu,
                          TransportVisuals,
@@ -35,7 +35,7 @@ struct TransportPlayer : MovieWorld,
   void PlaylistSetNext(bool last, int index, bool now) override { Log("next", last, index, now); }
   void StartPlaylistTimer(bool immediate) override { Log("timer", immediate); }
   void RunMenuCommand(std::string_view key) override { Log("command", key); }
-  void SetMenuEnabled(std::string_view key, bool enabled) override { Log(key, enabled); }
+  void SetMenuEnabled(std::string_view /*key*/, bool /*enabled*/) override {}
   void PopUpMainMenu() override { Log("popup"); }
   void SetVumeterVisible() override { Log("meter"); }
   bool StopMeter() override {
@@ -43,16 +43,16 @@ struct TransportPlayer : MovieWorld,
     return meter_runs;
   }
   void StartMeter() override { Log("start meter"); }
-  void CyclePlugins() override { Log("cycle"); }
+  void CyclePlugins() override {}
   void ReleasePlugin() override { Log("release"); }
   void UpdateFileDisp(const std::string& text) override { Log("title", text); }
   void UpdateFileDataDisplay() override { Log("data"); }
   void ShowStatus(int kind) override { Log("status", kind); }
-  void SetRepeatFace(int face) override { Log("repeat face", face); }
-  PlaylistWindow StateOfPlaylistWindow() const override { return window; }
-  void ShowPlaylistWindow() override { Log("show"); }
-  void RestorePlaylistWindow() override { Log("restore"); }
-  void FocusPlaylistWindow() override { Log("focus"); }
+  void SetRepeatFace(int /*face*/) override {}
+  PlaylistWindow StateOfPlaylistWindow() const override { return PlaylistWindow::kNotLoaded; }
+  void ShowPlaylistWindow() override {}
+  void RestorePlaylistWindow() override {}
+  void FocusPlaylistWindow() override {}
   void SetAbFace(int face) override { ab_face = face; }
   void SetAbToolTip(const std::string& text) override { ab_tip = text; }
   void Movie_PlayStateChange(clsDShowControl::PlayState state) override { Log("state", state); }
@@ -63,14 +63,13 @@ struct TransportPlayer : MovieWorld,
     factory.media["/m/a.avi"] = {
         .duration = 100, .width = 64, .height = 48, .frames_per_second = 25};
     factory.media["/m/a.mp3"] = {.duration = 100};
-    volume.SetMax(99);
     movie.SetEvents(this);
   }
 
   void Open(const std::string& file) {
     movie.DS_OpenFile(file, 0, 0, 0, 0, 0);
     settings.CurrentFile = file;
-    position.SetMax(100);
+    slider1.SetMax(100);
     factory.calls.clear();
   }
 
@@ -86,15 +85,12 @@ struct TransportPlayer : MovieWorld,
   std::vector<std::string> log;
   std::vector<std::string> list;
   bool meter_runs = true;
-  PlaylistWindow window = PlaylistWindow::kNotLoaded;
   int ab_face = -1;
   std::string ab_tip;
 
-  ScrollerSurface surface;
-  ScrollerModel position{surface}, volume{surface};
-  Marks marks{movie, session, position, *this};
+  Marks marks{movie, session, slider1, *this};
   Transport transport{movie, settings, session, marks, pump, *this, *this, *this, *this};
-  WheelSeek wheel{movie, transport, volume};
+  WheelSeek wheel{movie, transport, slider2};
 };
 
 }  // namespace kv

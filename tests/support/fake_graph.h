@@ -38,30 +38,17 @@ struct FakeMedium {
   int render_milliseconds = 0;  // what RenderFile takes, spent in the pump
   bool seekable = true;
   std::vector<FakeStall> stalls = {};
-  int bit_rate = 0;
   int window_milliseconds = 0;  // what each SetWindowPosition takes
   std::vector<MediaTrack> tracks = {};
 };
 
 class FakeGraph : public FilterGraph {
  public:
-  // What a test may look at.
-  struct Window {
-    WindowHandle owner = 0;
-    int top = 0;
-    int left = 0;
-    int width = 0;
-    int height = 0;
-    bool full_screen = false;
-    bool cursor_hidden = false;
-  };
-
   FakeGraph(VirtualTime& time, MessagePump& pump, const std::map<std::string, FakeMedium>& media,
             std::vector<std::string>& calls)
       : time_(time), pump_(pump), media_(media), calls_(calls) {}
 
-  const Window& Video() const { return window_; }
-  bool Running() const { return running_; }
+  WindowHandle Owner() const { return owner_; }
 
   bool RenderFile(const std::string& target) override {
     Note("RenderFile", target);
@@ -149,46 +136,41 @@ class FakeGraph : public FilterGraph {
   }
   bool put_Owner(WindowHandle owner) override {
     Note("put_Owner", owner);
-    return Store(HasPicture(), window_.owner, owner);
+    return Store(HasPicture(), owner_, owner);
   }
   bool put_Top(int top) override {
     Note("put_Top", top);
-    return Store(HasPicture(), window_.top, top);
+    return HasPicture();
   }
   bool put_Left(int left) override {
     Note("put_Left", left);
-    return Store(HasPicture(), window_.left, left);
+    return HasPicture();
   }
   bool put_Width(int width) override {
     Note("put_Width", width);
-    return Store(HasPicture(), window_.width, width);
+    return HasPicture();
   }
   bool put_Height(int height) override {
     Note("put_Height", height);
-    return Store(HasPicture(), window_.height, height);
+    return HasPicture();
   }
 
   bool SetWindowPosition(int left, int top, int width, int height) override {
     Note("SetWindowPosition", left, top, width, height);
     if (medium_.window_milliseconds > 0) time_.Advance(medium_.window_milliseconds);
-    if (!HasPicture()) return false;
-    window_.left = left;
-    window_.top = top;
-    window_.width = width;
-    window_.height = height;
-    return true;
+    return HasPicture();
   }
 
   bool put_FullScreenMode(bool on) override {
     Note("put_FullScreenMode", on);
-    return Store(HasPicture(), window_.full_screen, on);
+    return HasPicture();
   }
   bool HideCursor(bool hide) override {
     Note("HideCursor", hide);
-    return Store(HasPicture(), window_.cursor_hidden, hide);
+    return HasPicture();
   }
   std::optional<bool> IsCursorHidden() const override {
-    return HasPicture() ? std::optional(window_.cursor_hidden) : std::nullopt;
+    return HasPicture() ? std::optional(false) : std::nullopt;
   }
 
   std::optional<double> get_AvgTimePerFrame() const override {
@@ -196,7 +178,7 @@ class FakeGraph : public FilterGraph {
     return 1.0 / medium_.frames_per_second;
   }
   std::optional<int> get_BitRate() const override {
-    return HasPicture() ? std::optional(medium_.bit_rate) : std::nullopt;
+    return HasPicture() ? std::optional(0) : std::nullopt;
   }
   std::optional<int> get_BitErrorRate() const override {
     return HasPicture() ? std::optional(0) : std::nullopt;
@@ -309,7 +291,7 @@ class FakeGraph : public FilterGraph {
   double rate_ = 1.0;
   int volume_ = 0;
   int balance_ = 0;
-  Window window_;
+  WindowHandle owner_ = 0;
 };
 
 class FakeGraphFactory : public GraphFactory {

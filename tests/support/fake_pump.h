@@ -17,7 +17,15 @@ class FakePump : public MessagePump {
 
   void Post(std::function<void()> message) { queue_.push_back(std::move(message)); }
 
+  // Runs `action` inside the pump of that number, from now on; 0 is the next.
+  void InPump(int number, std::function<void()> action) {
+    number_ = pumps_ + number;
+    action_ = std::move(action);
+  }
+  bool Waiting() const { return static_cast<bool>(action_); }
+
   void PumpOnce() override {
+    if (action_ && pumps_ >= number_) std::exchange(action_, nullptr)();
     ++pumps_;
     while (!queue_.empty()) {
       const std::function<void()> message = std::move(queue_.front());
@@ -41,6 +49,8 @@ class FakePump : public MessagePump {
   VirtualTime* time_;
   std::deque<std::function<void()>> queue_;
   int pumps_ = 0;
+  int number_ = 0;
+  std::function<void()> action_;
 };
 
 }  // namespace kv

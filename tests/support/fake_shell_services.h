@@ -4,7 +4,6 @@
 #include "system/shell_services.h"
 
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -16,24 +15,17 @@ class FakeShellServices : public ShellServices {
   struct Trashed {
     std::string path;
     bool confirm = false;
-    bool silent = false;
   };
   struct Opened {
     std::string file;
-    std::string parameters;
-    std::string folder;
-    std::string verb;
   };
   struct Played {
     std::string file;
     bool wait = false;
-    bool loop = false;
-    bool no_stop = false;
-    bool no_default = false;
   };
 
-  int SendToRecycleBin(const std::string& path, bool confirm, bool silent) override {
-    trashed.push_back({path, confirm, silent});
+  int SendToRecycleBin(const std::string& path, bool confirm, bool /*silent*/) override {
+    trashed.push_back({path, confirm});
     if (trash_result == 0) {
       std::error_code ignored;
       std::filesystem::remove_all(path, ignored);
@@ -41,20 +33,19 @@ class FakeShellServices : public ShellServices {
     return trash_result;
   }
 
-  int ShellOpenDocument(const std::string& file, const std::string& parameters,
-                        const std::string& folder, const std::string& verb) override {
-    opened.push_back({file, parameters, folder, verb});
-    return open_result;
+  int ShellOpenDocument(const std::string& file, const std::string& /*parameters*/,
+                        const std::string& /*folder*/, const std::string& /*verb*/) override {
+    opened.push_back({file});
+    return 33;
   }
 
-  void PlaySoundEx(const std::string& file, bool wait, bool loop, bool no_stop,
-                   bool no_default) override {
-    played.push_back({file, wait, loop, no_stop, no_default});
+  void PlaySoundEx(const std::string& file, bool wait, bool /*loop*/, bool /*no_stop*/,
+                   bool /*no_default*/) override {
+    played.push_back({file, wait});
   }
 
   // 0: the file is really removed, as the trash takes it. Other: refused, the file stays.
   int trash_result = 0;
-  int open_result = 33;
 
   std::vector<Trashed> trashed;
   std::vector<Opened> opened;

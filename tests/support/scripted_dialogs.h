@@ -39,8 +39,6 @@ class ScriptedDialogs : public Dialogs {
   const std::vector<MessageBoxRequest>& Boxes() const { return boxes_; }
   const std::vector<FileDialogRequest>& FileRequests() const { return file_requests_; }
   const std::vector<std::int32_t>& ColorRequests() const { return color_requests_; }
-  const std::vector<std::string>& FolderRequests() const { return folder_requests_; }
-  const std::vector<std::string>& FolderStarts() const { return folder_starts_; }
 
   // The text of the last box, empty when there was none.
   std::string LastText() const { return boxes_.empty() ? std::string() : boxes_.back().text; }
@@ -70,9 +68,8 @@ class ScriptedDialogs : public Dialogs {
     return Next(color_answers_, ColorDialogResult{-1, custom}, "colour dialog");
   }
 
-  std::string BrowseDirectorysOnly(const std::string& title, const std::string& start) override {
-    folder_starts_.push_back(start);
-    folder_requests_.push_back(title);
+  std::string BrowseDirectorysOnly(const std::string& title,
+                                   const std::string& /*start*/) override {
     Opened();
     return Next(folder_answers_, std::string(), title);
   }
@@ -101,8 +98,6 @@ class ScriptedDialogs : public Dialogs {
   std::vector<MessageBoxRequest> boxes_;
   std::vector<FileDialogRequest> file_requests_;
   std::vector<std::int32_t> color_requests_;
-  std::vector<std::string> folder_requests_;
-  std::vector<std::string> folder_starts_;
 };
 
 }  // namespace kv

@@ -2,8 +2,6 @@
 #include "system/text_platform_qt.h"
 #include "system/timers_qt.h"
 
-#include <QLocale>
-
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>

@@ -7,22 +7,10 @@
 namespace kv {
 namespace {
 
-struct FillCase {
-  const char* pattern;
-  const char* text;
-};
-
 TEST(Translation, ValuesGoWhereThePatternWantsThem) {
-  constexpr FillCase kCases[] = {
-      {"File \"%1\", %2", "File \"%2\", two"},  // what looks like a place in a value is none
-      {"%2 before %1", "two before %2"},
-      {"%1%1", "%2%2"},
-      {"50% of %3, %0, 100%", "50% of %3, %0, 100%"},
-      {"", ""},
-  };
-  for (const FillCase& each : kCases) {
-    EXPECT_EQ(Fill(each.pattern, "%2", std::string("two")), each.text) << each.pattern;
-  }
+  // What looks like a place in a value is none.
+  EXPECT_EQ(Fill("%2 before %1, %1", "%2", std::string("two")), "two before %2, %2");
+  EXPECT_EQ(Fill("50% of %3, %0, 100%", "a", "b"), "50% of %3, %0, 100%");
 }
 
 TEST(Translation, SpeaksEnglishUntilACatalogueIsBoundAndGermanThen) {

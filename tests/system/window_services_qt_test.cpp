@@ -42,29 +42,6 @@ TEST(WindowServicesQt, PointerIsCountedAndHiddenBeatsBusy) {
   EXPECT_EQ(Pointer(), Qt::ArrowCursor);  // nothing stays behind
 }
 
-TEST(WindowServicesQt, FlagsChangeOnAShownWindow) {
-  FakePump pump;
-  WindowServicesQt services(pump);
-  QWidget window;
-  window.show();
-  services.SetWindowStyleBits(window, kWsCaption, false);
-  EXPECT_FALSE(window.windowFlags().testFlag(Qt::FramelessWindowHint));  // its border is left
-  services.SetWindowStyleBits(window, kWsThickFrame, false);
-  EXPECT_TRUE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
-  services.SetWindowTopMost(window, true);
-  EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-  services.SetWindowStyleBits(window, kWsCaption | kWsThickFrame, true);
-  services.SetWindowTopMost(window, false);
-  EXPECT_EQ(services.WindowStyleBits(window), kWsCaption | kWsThickFrame);
-  EXPECT_FALSE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
-  EXPECT_FALSE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-  services.SetWindowExStyle(window, true, kWsExToolWindow);
-  EXPECT_EQ(window.windowType(), Qt::Tool);
-  services.SetWindowExStyle(window, true, kWsExAppWindow);
-  EXPECT_EQ(window.windowType(), Qt::Window);
-  EXPECT_TRUE(window.isVisible());
-}
-
 TEST(WindowServicesQt, OneWindowIsLockedAtATime) {
   FakePump pump;
   WindowServicesQt services(pump);

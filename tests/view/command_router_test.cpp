@@ -5,9 +5,10 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <iterator>
+#include <map>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace kv {
 namespace {
@@ -21,62 +22,47 @@ class CommandRouterTest : public testing::Test, protected CommandWorld {
   }
 };
 
-TEST_F(CommandRouterTest, EveryCommandHasItsAction) {
+TEST_F(CommandRouterTest, EveryEntryOfTheMenuDoesSomethingOfItsOwn) {
+  settings.RecentFiles[0] = "/m/a";
+  menu.BuildMenu();
+  std::map<std::string, std::string> by_calls;
+  for (const MenuItem& item : std::vector(menu.Items())) {
+    const bool leads_on = std::any_of(menu.Items().begin(), menu.Items().end(),
+                                      [&](const MenuItem& each) { return each.parent == item.id; });
+    if (item.type == CommandType::kSeparator || leads_on) continue;
+    if (item.key == kSoundTracksMenu || item.key == "mRecent_Clear") continue;
+    const std::string told = Run(item.key);
+    EXPECT_NE(told, "") << item.key;
+    if (told == "settings") continue;  // their marks tell, below
+    EXPECT_TRUE(by_calls.emplace(told, item.key).second) << item.key << " does " << told;
+  }
+}
+
+TEST_F(CommandRouterTest, CommandsWithAnArgument) {
   settings.RecentFiles[7] = "/m/seven";
   menu.BuildMenu();
   MenuItem track;
   track.key = "mSub_2";
   menu.SetEntries(kSubtitlesMenu, {track});
   const std::pair<const char*, const char*> rows[] = {
-      {"mReleaseRF", "release resume"},
       {"mSaveRFAs", "resume"},
       {"mSaveRFEnd", "resume end"},
       {"mSaveRFEndClear", "resume end clear"},
-      {"mOpen", "open ''"},
-      {"mOpenURL", "url"},
       {"mSaveAs", "save"},
-      {"mPlay", "button 0"},
+      {"mExit", "unload"},
       {"mPause", "button 1"},
-      {"mStop", "button 2"},
-      {"mPrevious", "button 3"},
-      {"mNext", "button 4"},
-      {"mOptions", "cursor show force,options,settings"},
       {"mJumpToFirst", "previous first now"},
       {"mJumpToLast", "next-1 last now"},
-      {"mKeepAspect", "settings"},
-      {"mFitToWindow", "settings"},
-      {"mFullScreen", "full screen"},
-      {"mPlaylist", "show list"},
-      {"mAbout", "about"},
-      {"mExit", "unload"},
-      {"mHelp", "help"},
-      {"mShowScope", "stop meter,meter window"},
-      {"mPluginManager", "plugins"},
       {"mZoom100", "scale 1.000000"},
-      {"mPlug_-2", "settings"},
       {"mPlug_-1", "release plugin"},
-      {"mPlug_0", "plugin 0"},
       {"mPlug_11", "plugin 11"},
       {"mRecent_f07", "open '/m/seven'"},
       {"mRecent_f08", ""},  // not in the menu
-      {"mSubtitles_Load", "load subtitles"},
       {"mSub_2", "track mSub_2"},
       {"mSubtitles", ""},
-      {"mSoundTracks", ""},
-      {"mVideo", ""},
       {"no such key", ""},
-      {"", ""},
   };
   for (const auto& [key, expected] : rows) EXPECT_EQ(Run(key), expected) << key;
-  // Nothing of the menu was left out above.
-  for (const MenuItem& item : menu.Items()) {
-    if (item.key.empty() || item.key == kRootMenu || item.key.starts_with("mPlug_")) continue;
-    const bool known = std::any_of(std::begin(rows), std::end(rows),
-                                   [&item](const auto& row) { return item.key == row.first; });
-    EXPECT_TRUE(known || item.key == "mRecent" || item.key == "mRecent_Spl" ||
-                item.key == "mPlugins" || item.key == "mRecent_Clear")
-        << item.key;
-  }
 }
 
 TEST_F(CommandRouterTest, RunsTheLastClickOfAMoment) {
@@ -87,7 +73,6 @@ TEST_F(CommandRouterTest, RunsTheLastClickOfAMoment) {
   EXPECT_EQ(Calls(), "");
   time.Advance(1);
   EXPECT_EQ(Calls(), "button 2");
-  EXPECT_EQ(router.PendingMenuId(), -1);
   time.Advance(1000);
   EXPECT_EQ(Calls(), "");
 }

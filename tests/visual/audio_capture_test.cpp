@@ -1,14 +1,13 @@
 // The real capture on sound servers of the test's own: one that plays into the void, none, one that
 // dies and comes back, and one that accepts and never answers.
 
+#include "support/sound_server_qt.h"
 #include "support/temp_folder.h"
 #include "visual/audio_capture_pulse.h"
 
 #include <QElapsedTimer>
 #include <QLocalServer>
 #include <QProcess>
-#include <QProcessEnvironment>
-#include <QStandardPaths>
 #include <QTest>
 #include <pulse/context.h>
 #include <pulse/mainloop.h>
@@ -16,7 +15,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <thread>
 
@@ -73,37 +71,8 @@ class AudioCaptureTest : public ::testing::Test {
     setenv("PULSE_SERVER", ("unix:" + Socket()).c_str(), 1);
     setenv("HOME", folder_.Path().c_str(), 1);
   }
-  void TearDown() override { StopServer(); }
 
   std::string Socket() const { return folder_.Path("sound"); }
-
-  static bool Installed() {
-    return !QStandardPaths::findExecutable(QStringLiteral("pulseaudio")).isEmpty();
-  }
-
-  void StartServer() {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), QString::fromStdString(folder_.Path()));
-    environment.remove(QStringLiteral("PULSE_SERVER"));
-    server_.setProcessEnvironment(environment);
-    server_.start(
-        QStringLiteral("pulseaudio"),
-        {QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
-         QStringLiteral("--use-pid-file=no"), QStringLiteral("--exit-idle-time=-1"),
-         QStringLiteral("--log-level=error"), QStringLiteral("-L"),
-         QStringLiteral("module-null-sink sink_name=void rate=48000"), QStringLiteral("-L"),
-         QStringLiteral("module-native-protocol-unix auth-anonymous=1 socket=") +
-             QString::fromStdString(Socket())});
-    EXPECT_TRUE(QTest::qWaitFor([this] { return std::filesystem::exists(Socket()); }, 8000));
-  }
-
-  void StopServer() {
-    for (QProcess* process : {&other_, &server_}) {
-      process->kill();
-      process->waitForFinished(3000);
-    }
-    std::filesystem::remove(Socket());
-  }
 
   // Another program, whose sound is none of ours.
   void StartOther() {
@@ -142,15 +111,15 @@ class AudioCaptureTest : public ::testing::Test {
       .samplespersec = 11025, .buffersizebytes = 64, .numberofbuffers = 16};
 
   TempFolder folder_;
-  QProcess server_;
+  SoundServerProcess server_{Socket()};
   QProcess other_;
   PulseCapture capture_;
 };
 
 TEST_F(AudioCaptureTest, HearsThisProcessAloneThroughEveryChange) {
-  if (!Installed()) GTEST_SKIP() << "pulseaudio is not installed";
+  if (!SoundServerProcess::Installed()) GTEST_SKIP() << "pulseaudio is not installed";
   EXPECT_EQ(capture_.Start(kFormat), "") << "no server yet";
-  StartServer();
+  server_.Start();
   StartOther();
   {
     const Tone first(160);
@@ -159,9 +128,9 @@ TEST_F(AudioCaptureTest, HearsThisProcessAloneThroughEveryChange) {
   {
     const Tone second(200);
     EXPECT_TRUE(Hears(200)) << "another medium, another sink input";
-    StopServer();
+    server_.Stop();
   }
-  StartServer();
+  server_.Start();
   const Tone third(90);
   EXPECT_TRUE(Hears(90)) << "the server came back";
   capture_.Stop();

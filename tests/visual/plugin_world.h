@@ -98,12 +98,10 @@ class FakeMeter : public HostedMeter {
   void SetAutoRedraw(bool on) override { auto_redraw = on; }
   bool Visible() const override { return visible; }
   void SetVisible(bool on) override { visible = on; }
-  void SetCapture(const Settings& settings) override { buffer = settings.AudioBufferSize; }
+  void SetCapture(const Settings& /*settings*/) override {}
   void SetSampleRate(int /*hertz*/) override {}
-  void SetRefreshRate(int value) override { rate = value; }
-  void SetColors(const Settings& settings) override {
-    back = settings.Colors[kMeterBackgroundSlot];
-  }
+  void SetRefreshRate(int /*value*/) override {}
+  void SetColors(const Settings& /*settings*/) override {}
   std::int32_t SurfaceHandle1() override { return 11; }
   std::int32_t SurfaceHandle2() override { return 22; }
   float SurfaceWidth() const override { return 300.0F; }
@@ -113,9 +111,6 @@ class FakeMeter : public HostedMeter {
   bool visible = false;
   bool auto_redraw = true;
   int style = 0;
-  int rate = 0;
-  int buffer = 0;
-  std::int32_t back = 0;
   std::string failure;
 };
 
@@ -125,7 +120,7 @@ class FakeHostingForm : public HostingForm {
   bool DS_IsPaused() const override { return paused; }
   bool DS_IsRunning() const override { return running; }
   bool HasPicture() const override { return picture; }
-  void UpdateMenuChecks() override { ++menu_updates; }
+  void UpdateMenuChecks() override {}
   void SetTempWindowCaption(const std::string& text) override { caption = text; }
   void SetCursor(bool show, bool force) override { cursor_shown = show && force; }
 
@@ -133,7 +128,6 @@ class FakeHostingForm : public HostingForm {
   bool paused = false;
   bool running = true;
   bool picture = false;
-  int menu_updates = 0;
   bool cursor_shown = false;
   std::string caption;
 };
