@@ -76,7 +76,7 @@ void PropertyPage::AddRow(std::string_view key, PropertyKind /*kind*/, const std
                           std::function<void(std::string)> changed) {
   auto* const line = new QLineEdit(QString::fromStdString(value), this);
   connect(line, &QLineEdit::textChanged, this,
-          [changed](const QString& text) { changed(text.toStdString()); });
+          [changed = std::move(changed)](const QString& text) { changed(text.toStdString()); });
   AddEditor(key, line);
 }
 

@@ -20,9 +20,9 @@ namespace kv {
 // --- Parts
 
 QString AccessibleText::text(QAccessible::Text what) const {
-  const QString shown = parts_.text();
+  QString shown = parts_.text();
   if (what == QAccessible::Value) return shown;
-  const QString text = QAccessibleWidget::text(what);
+  QString text = QAccessibleWidget::text(what);
   if (what != QAccessible::Name) return text;
   if (text.isEmpty() || shown.isEmpty()) return text + shown;
   return text + QLatin1String(": ") + shown;

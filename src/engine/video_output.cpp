@@ -15,6 +15,7 @@
 
 #include <array>
 #include <filesystem>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -160,7 +161,7 @@ QWidget* VideoOutput::MakeCanvas(VideoSurface* owner) {
 void VideoOutput::PlaceCanvas() {
   VideoSurface* owner = surfaces_.Find(owner_);
   if (owner == nullptr || renderer_ == nullptr) {
-    delete canvas_;
+    delete std::exchange(canvas_, nullptr);
     UpdateTargetSize();
     return;
   }

@@ -149,7 +149,7 @@ void frmMain::UpdateSettings() {
 
 void frmMain::ShowAbout() {
   if (Ended()) return;  // while the welcome sound was waited for
-  forms_.SetColors();  // a first run shows it before anything else has its colours
+  forms_.SetColors();   // a first run shows it before anything else has its colours
   forms_.ShowAbout();
 }
 void frmMain::ShowHelp() {

@@ -40,7 +40,7 @@ std::string MediumRoom::AskForUrl() {
   // Anything can happen while it is open, its owner's end included.
   url_ = new frmURL(parts_.playlist.Store(), parts_.session, parts_.dialogs, colors_, &parts_.form);
   url_->exec();
-  const std::string address = url_ != nullptr ? url_->UrlResult() : std::string();
+  std::string address = url_ != nullptr ? url_->UrlResult() : std::string();
   delete url_.data();
   return address;
 }

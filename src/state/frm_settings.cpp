@@ -389,7 +389,7 @@ void frmSettings::Scroller1_Scroll(double value) {
 void frmSettings::StoreSetting(const Bound& bound) {
   const OptionRow& row = *bound.row;
   const std::int32_t old = OptionValue(settings_, row.field).value_or(0);
-  std::int32_t value = old;
+  std::int32_t value = 0;
   switch (row.kind) {
     case OptionKind::kCheck:
     case OptionKind::kOffCheck:

@@ -81,7 +81,7 @@ void DesktopWishesQt::SettingChanged(const QDBusMessage& message) {
 }
 
 void DesktopWishesQt::ReadFiles() {
-  constexpr std::size_t kMost = 64 * 1024;  // bytes
+  constexpr std::size_t kMost = std::size_t{64} * 1024;  // bytes
   const std::string folder = GetSpecialFolder(kSpecialAppData);
   for (const char* const name : {"gtk-3.0/settings.ini", "gtk-4.0/settings.ini"}) {
     std::string text;

@@ -13,7 +13,7 @@ std::string LanguageName(std::string_view code) {
   const QString text = ToQString(code).replace(QLatin1Char('_'), QLatin1Char('-'));
   const QLocale::Language language = QLocale::codeToLanguage(text.section(QLatin1Char('-'), 0, 0));
   if (language == QLocale::AnyLanguage || language == QLocale::C) return {};
-  const std::string name = Tr(QLocale::languageToString(language).toUtf8().constData());
+  std::string name = Tr(QLocale::languageToString(language).toUtf8().constData());
   const QString region = text.section(QLatin1Char('-'), -1).toUpper();
   const QLocale::Territory territory = QLocale::codeToTerritory(region);
   if (!text.contains(QLatin1Char('-')) || territory == QLocale::AnyTerritory) return name;
