@@ -11,7 +11,6 @@
 #include "engine/playing_clock.h"
 
 #include <QTimer>
-
 #include <mpv/client.h>
 
 #include <cstdint>
