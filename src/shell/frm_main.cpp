@@ -266,7 +266,7 @@ void frmMain::OnTimer(MainTimer timer) {
     void (*run)(frmMain&);
   };
   static constexpr std::array kRows = {
-      Row{MainTimer::PosTimer, false, [](frmMain& form) { form.tick_.PosTimer(); }},
+      Row{MainTimer::PosTimer, false, [](frmMain& form) { form.PosTick(); }},
       Row{MainTimer::LinkExeTimer, false, [](frmMain& form) { form.hand_over_.OnLinkExeTimer(); }},
       Row{MainTimer::OpeningCMDDelay, false,
           [](frmMain& form) { form.hand_over_.OnOpeningCMDDelay(); }},
@@ -290,6 +290,14 @@ void frmMain::OnTimer(MainTimer timer) {
   if (row == kRows.end()) return;
   if (row->one_shot) timers_[timer].SetEnabled(false);
   row->run(*this);
+}
+
+// A player that has nothing open is woken less often: there is nothing to follow.
+void frmMain::PosTick() {
+  tick_.PosTimer();
+  Timer& timer = timers_[MainTimer::PosTimer];
+  const int interval = Movie_.DS_IsOpen() ? kFollowMilliseconds : kIdleMilliseconds;
+  if (timer.Interval() != interval) timer.SetInterval(interval);
 }
 
 void frmMain::FadeIn() {

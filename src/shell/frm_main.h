@@ -130,6 +130,7 @@ class frmMain : public QWidget,
   void OpenFromOutside(const std::string& path, bool unattended);
   void Form_Unload();
   void OnTimer(MainTimer timer);
+  void PosTick();
   void FadeIn();
   void TracePosition();
   void StartWheelHook();

@@ -46,9 +46,12 @@ struct MainTimerRow {
   int interval;  // milliseconds
 };
 
+inline constexpr int kFollowMilliseconds = 30;  // of the playback tick
+inline constexpr int kIdleMilliseconds = 90;    // of the same, with nothing open
+
 inline constexpr std::array kMainTimers = {
     // The playback tick, for the life of the form.
-    MainTimerRow{MainTimer::PosTimer, "PosTimer", TimerKind::kHighResolution, 30},
+    MainTimerRow{MainTimer::PosTimer, "PosTimer", TimerKind::kHighResolution, kFollowMilliseconds},
     // Opens the file that a command line or another start has handed over.
     MainTimerRow{MainTimer::LinkExeTimer, "LinkExeTimer", TimerKind::kHighResolution, 50},
     // Slides the panel in and out.
