@@ -20,6 +20,8 @@ RUNS = 5
 FILM_WIDTH, FILM_HEIGHT = 1920, 1080
 OPEN_SECONDS = 20  # a player that shows nothing for this long has failed
 POLL_SECONDS = 0.001
+PICTURE = (1280, 720)  # of both players while they are compared at playing
+SETTLE_SECONDS = 1.5
 
 
 def on_a_desktop(script):
@@ -334,6 +336,47 @@ class Player:
         if self.reader:
             self.reader.join()
             self.process.stdout.close()
+
+
+def resize(player, width, height):
+    for window in player.windows():
+        subprocess.run(
+            ["xdotool", "windowmove", window, "20", "20", "windowsize", window,
+             str(width), str(height)],
+            check=True,
+        )
+    time.sleep(0.5)
+
+
+def find_window_size(program, film, screen):
+    """The size of our window at which its picture is exactly PICTURE.
+
+    What stands beside the picture is told by a tall window, whose picture fills its width, and a
+    wide one, whose picture fills its height.
+    """
+    player = Player.kestrelview(program, film)
+    player.wait_for_film(screen.film_box)
+    resize(player, 1000, 1000)
+    tall = screen.film_box()
+    resize(player, 1800, 600)
+    wide = screen.film_box()
+    player.stop()
+    if not tall or not wide:
+        sys.exit("The picture of %s was lost while its window was sized" % player.name)
+    size = PICTURE[0] + 1000 - tall[2], PICTURE[1] + 600 - wide[3]
+    print("Picture     %dx%d, our window %dx%d" % (PICTURE + size), flush=True)
+    return size
+
+
+def settle_picture(player, screen, window_size):
+    """Gives the window this size, if any, and ends the program when the picture is not PICTURE."""
+    if window_size:
+        resize(player, *window_size)
+    time.sleep(SETTLE_SECONDS)
+    box = screen.film_box()
+    if not box or max(abs(box[2] - PICTURE[0]), abs(box[3] - PICTURE[1])) > 2:
+        player.stop()
+        sys.exit("The picture of %s is not %dx%d: %s" % ((player.name,) + PICTURE + (box,)))
 
 
 def print_machine(program, runs=RUNS):

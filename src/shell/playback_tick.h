@@ -1,10 +1,10 @@
 // The playback tick: polls the engine, moves the position slider and decides what follows the end
 // of a medium. And what the window shows while the engine prepares one.
 //
-// The engine tells nothing while it plays. A timer, `PosTimer`, runs for the life of the form, every
-// 30 ms (90 with nothing open), and asks; a position that has stood still for six samples within a
-// second of the end is the end. While paused, a tick reads a few values and touches nothing. Owned
-// by `frmMain`; interface thread only. Seconds.
+// The engine tells nothing while it plays. A timer, `PosTimer`, runs for the life of the form,
+// every 30 ms (90 with nothing open), and asks; a position that has stood still for six samples
+// within a second of the end is the end. While paused, a tick reads a few values and touches
+// nothing. Owned by `frmMain`; interface thread only. Seconds.
 #pragma once
 
 #include "controls/scroller_model.h"
