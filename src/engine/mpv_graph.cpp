@@ -47,11 +47,6 @@ const double* AsDouble(const mpv_event_property& property) {
   return property.format == MPV_FORMAT_DOUBLE ? static_cast<const double*>(property.data) : nullptr;
 }
 
-int AsInt(const mpv_event_property& property) {
-  if (property.format != MPV_FORMAT_INT64) return 0;
-  return static_cast<int>(*static_cast<const std::int64_t*>(property.data));
-}
-
 bool AsFlag(const mpv_event_property& property) {
   return property.format == MPV_FORMAT_FLAG && *static_cast<const int*>(property.data) != 0;
 }
@@ -71,6 +66,25 @@ MediaTags AsTags(const mpv_event_property& property) {
     if (value.format == MPV_FORMAT_STRING) tags[LowerAscii(node.u.list->keys[i])] = value.u.string;
   }
   return tags;
+}
+
+// As it is to be shown: of square pixels, and turned.
+VideoSize AsVideoSize(const mpv_event_property& property) {
+  if (property.format != MPV_FORMAT_NODE) return {};
+  const auto& node = *static_cast<const mpv_node*>(property.data);
+  if (node.format != MPV_FORMAT_NODE_MAP) return {};
+  VideoSize size;
+  std::int64_t rotation = 0;
+  for (int i = 0; i < node.u.list->num; ++i) {
+    const std::string_view name = node.u.list->keys[i];
+    const mpv_node& value = node.u.list->values[i];
+    if (value.format != MPV_FORMAT_INT64) continue;
+    if (name == "dw") size.width = static_cast<int>(value.u.int64);
+    if (name == "dh") size.height = static_cast<int>(value.u.int64);
+    if (name == "rotate") rotation = value.u.int64;
+  }
+  if (rotation % 180 != 0) std::swap(size.width, size.height);
+  return size;
 }
 
 std::string SecondsText(double seconds) {
@@ -501,10 +515,10 @@ void MpvGraph::OnPlaybackRestart() {
     ended_request_ = engine_.Core().Ask("eof-reached", MPV_FORMAT_FLAG);
     confirm_request_ = engine_.Core().Ask("time-pos", MPV_FORMAT_DOUBLE);
   }
-  if (phase_ == Phase::kPreparing && video_request_ == 0) {
-    // Everything decodes by now; a video track that gave no picture will give none.
-    has_video_track_ = has_video_track_ && size_.width > 0;
-    CheckPrepared();
+  // Everything decodes by now: a video track that has no picture will give none. Asked for, as the
+  // core tells only of changes, and the medium before may have had pictures of the same size.
+  if (phase_ == Phase::kPreparing) {
+    picture_request_ = engine_.Core().Ask(kPictureFormat, MPV_FORMAT_NODE);
   }
 }
 
@@ -539,6 +553,10 @@ void MpvGraph::OnReply(const mpv_event& event) {
     video_request_ = 0;
     const std::string track = known ? AsText(*property) : std::string();
     has_video_track_ = !track.empty() && track != "no" && track != "auto";
+  } else if (event.reply_userdata == picture_request_) {
+    picture_request_ = 0;
+    picture_told_ = true;
+    if (known) OnPictureFormat(*property);
   } else if (!tracks_.OnReply(event, engine_.Core())) {
     return;
   }
@@ -549,7 +567,7 @@ void MpvGraph::CheckPrepared() {
   if (phase_ != Phase::kPreparing) return;
   if (format_request_ != 0 || duration_request_ != 0 || video_request_ != 0) return;
   if (!tracks_.Known()) return;
-  if (has_video_track_ && size_.width == 0) return;
+  if (has_video_track_ && size_.width == 0 && !picture_told_) return;
   phase_ = Phase::kReady;
 }
 
@@ -567,15 +585,8 @@ void MpvGraph::OnProperty(const mpv_event_property& property) {
     if (property.format != MPV_FORMAT_NONE) clock_.SetEnded(AsFlag(property), now);
   } else if (name == "paused-for-cache") {
     clock_.SetStalled(AsFlag(property), now);
-  } else if (name == "video-out-params/dw") {
-    decoded_width_ = AsInt(property);
-    UpdateVideoSize();
-  } else if (name == "video-out-params/dh") {
-    decoded_height_ = AsInt(property);
-    UpdateVideoSize();
-  } else if (name == "video-out-params/rotate") {
-    rotation_ = AsInt(property);
-    UpdateVideoSize();
+  } else if (name == kPictureFormat) {
+    OnPictureFormat(property);
   } else if (name == "container-fps") {
     const double* rate = AsDouble(property);
     frames_per_second_ = rate != nullptr ? *rate : 0.0;
@@ -593,10 +604,10 @@ void MpvGraph::OnLog(const mpv_event_log_message& message) {
   if (ContainsIgnoringCase(message.text, "certificate")) certificate_refused_ = true;
 }
 
-void MpvGraph::UpdateVideoSize() {
-  if (decoded_width_ <= 0 || decoded_height_ <= 0) return;
-  size_ = {decoded_width_, decoded_height_};
-  if (rotation_ % 180 != 0) std::swap(size_.width, size_.height);
+void MpvGraph::OnPictureFormat(const mpv_event_property& property) {
+  const VideoSize size = AsVideoSize(property);
+  if (size.width <= 0 || size.height <= 0) return;
+  size_ = size;
   CheckPrepared();
 }
 

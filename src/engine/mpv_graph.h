@@ -41,6 +41,8 @@ struct MpvGraphState {
   std::uint64_t video_request_ = 0;
   std::uint64_t tags_request_ = 0;
   bool has_video_track_ = false;
+  std::uint64_t picture_request_ = 0;
+  bool picture_told_ = false;  // the core has decoded what it can of the beginning
 
   // Playing
   PlayingClock clock_;
@@ -52,9 +54,6 @@ struct MpvGraphState {
   int balance_ = 0;
 
   // Picture
-  int decoded_width_ = 0;
-  int decoded_height_ = 0;
-  int rotation_ = 0;
   double frames_per_second_ = 0.0;
   double bit_rate_ = 0.0;
 
@@ -66,6 +65,9 @@ struct MpvGraphState {
 
 class MpvGraph : public FilterGraph, public MpvCore::Listener, private MpvGraphState {
  public:
+  // The core's property that tells the size of the pictures, observed by the engine.
+  static constexpr const char* kPictureFormat = "video-out-params";
+
   explicit MpvGraph(MpvEngine& engine);
   ~MpvGraph() override;
   MpvGraph(const MpvGraph&) = delete;
@@ -136,7 +138,7 @@ class MpvGraph : public FilterGraph, public MpvCore::Listener, private MpvGraphS
   void OnLog(const mpv_event_log_message& message);
   void OnProperty(const mpv_event_property& property);
   void ShowSubtitlesNow();
-  void UpdateVideoSize();
+  void OnPictureFormat(const mpv_event_property& property);
   void CheckPrepared();
 
   MpvEngine& engine_;

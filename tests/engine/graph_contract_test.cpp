@@ -18,35 +18,26 @@ constexpr double kStartUp = 1.0;  // what a decoder and a busy machine may take 
 constexpr double kAhead = 0.6;
 constexpr double kPatience = 10.0;  // seconds
 
-class GraphContract : public ::testing::Test {
+class GraphContract : public ::testing::Test, protected EngineWorld {
  protected:
   GraphContract() { clock_.start(); }
 
-  std::shared_ptr<FilterGraph> Render(const char* medium) {
-    auto graph = world_.Engine().CreateGraph();
-    EXPECT_TRUE(graph->RenderFile(EngineWorld::Path(medium)));
-    return graph;
-  }
-
-  double Position(const FilterGraph& graph) { return graph.get_CurrentPosition().value_or(-1.0); }
   double Now() const { return static_cast<double>(clock_.nsecsElapsed()) / 1e9; }
 
   void ExpectStandsAt(const FilterGraph& graph, double position) {
     for (int i = 0; i < 10; ++i) {
-      world_.Pass(kTick);
+      Pass(kTick);
       ASSERT_EQ(Position(graph), position);
     }
   }
 
-  EngineWorld world_;
   QElapsedTimer clock_;
 };
 
 struct Playing {
-  const char* medium;
-  double from;      // seconds
-  double duration;  // seconds
   const char* name;
+  const char* medium;
+  double from, duration;  // seconds
 };
 
 class PlayingContract : public GraphContract, public ::testing::WithParamInterface<Playing> {};
@@ -67,7 +58,7 @@ TEST_P(PlayingContract, PositionRunsLikeAClockUpToTheDuration) {
   double last = run.from;
   int equal = 0;
   while (last < duration && Now() - begin < kPatience) {
-    world_.Pass(kTick);
+    Pass(kTick);
     const double elapsed = Now() - begin;
     const double position = Position(*graph);
     ASSERT_GE(position, last);
@@ -79,17 +70,16 @@ TEST_P(PlayingContract, PositionRunsLikeAClockUpToTheDuration) {
   }
   // A length told by the file's header can be a moment too short.
   EXPECT_NEAR(last, duration, 0.01);
-  EXPECT_TRUE(
-      world_.Becomes([&] { return Position(*graph) == graph->get_Duration().value_or(0.0); }));
+  EXPECT_TRUE(Becomes([&] { return Position(*graph) == graph->get_Duration().value_or(0.0); }));
   ExpectStandsAt(*graph, graph->get_Duration().value_or(0.0));
   EXPECT_EQ(graph->WaitForCompletion(1000), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Media, PlayingContract,
-                         ::testing::Values(Playing{"film25.mkv", 0.0, 3.0, "25fps"},
-                                           Playing{"film1.mkv", 2.0, 5.0, "1fps"},
-                                           Playing{"film_vfr.mkv", 0.7, 3.0, "vfr"},
-                                           Playing{"tone.wav", 0.0, 2.0, "sound"}),
+                         ::testing::Values(Playing{"25fps", "film25.mkv", 0.0, 3.0},
+                                           Playing{"1fps", "film1.mkv", 2.0, 5.0},
+                                           Playing{"vfr", "film_vfr.mkv", 0.7, 3.0},
+                                           Playing{"sound", "tone.wav", 0.0, 2.0}),
                          [](const auto& test) { return std::string(test.param.name); });
 
 TEST_F(GraphContract, HaltedPositionStandsStillWhereItWasPut) {
@@ -101,11 +91,11 @@ TEST_F(GraphContract, HaltedPositionStandsStillWhereItWasPut) {
   ASSERT_TRUE(graph->put_Rate(1.0));
 
   ASSERT_TRUE(graph->Run());
-  ASSERT_TRUE(world_.Becomes([&] { return Position(*graph) > 1.5; }));
+  ASSERT_TRUE(Becomes([&] { return Position(*graph) > 1.5; }));
   ASSERT_TRUE(graph->Pause());
   ExpectStandsAt(*graph, Position(*graph));
   ASSERT_TRUE(graph->Run());
-  world_.Pass(100);
+  Pass(100);
   ASSERT_TRUE(graph->Stop());
   EXPECT_GT(Position(*graph), 1.5) << "Stop halts, it does not move";
   ExpectStandsAt(*graph, Position(*graph));
@@ -114,7 +104,7 @@ TEST_F(GraphContract, HaltedPositionStandsStillWhereItWasPut) {
 TEST_F(GraphContract, APositionPutWhilePlayingHoldsAndGoesOnFromThere) {
   const auto graph = Render("film25.mkv");
   ASSERT_TRUE(graph->Run());
-  world_.Pass(300);
+  Pass(300);
   // One jump overtakes another, as when a slider is dragged: none shows where an earlier one went.
   for (int i = 0; i < 30; ++i) {
     const double target = i % 2 == 0 ? 2.2 : 0.4;
@@ -122,7 +112,7 @@ TEST_F(GraphContract, APositionPutWhilePlayingHoldsAndGoesOnFromThere) {
     EXPECT_NEAR(Position(*graph), target, 0.02);
     const double put = Now();
     for (int wait = i * 11 % 60; wait > 0; wait -= 5) {
-      world_.Pass(5);
+      Pass(5);
       ASSERT_NEAR(Position(*graph), target, 0.1 + Now() - put) << "jump " << i;
     }
   }
@@ -131,7 +121,7 @@ TEST_F(GraphContract, APositionPutWhilePlayingHoldsAndGoesOnFromThere) {
   const double begin = Now();
   while (last < 2.2) {
     ASSERT_LT(Now() - begin, kPatience);
-    world_.Pass(kTick);
+    Pass(kTick);
     const double position = Position(*graph);
     ASSERT_GE(position, last - 0.05);
     ASSERT_LE(position, 1.6 + Now() - begin + 0.3);
@@ -153,7 +143,7 @@ TEST_F(GraphContract, PositionsOutsideOfTheMediumAreBroughtIn) {
   ASSERT_TRUE(graph->put_CurrentPosition(-1.0));
   EXPECT_NEAR(Position(*graph), 0.0, 0.02);
   EXPECT_EQ(graph->WaitForCompletion(100), 0) << "put back from its end a medium goes on";
-  EXPECT_TRUE(world_.Becomes([&] { return Position(*graph) > 0.3; }));
+  EXPECT_TRUE(Becomes([&] { return Position(*graph) > 0.3; }));
   EXPECT_LT(Position(*graph), 2.0);
 }
 
@@ -165,17 +155,17 @@ TEST_F(GraphContract, RateIsTheSpeedOfThePosition) {
   ASSERT_TRUE(graph->put_Rate(2.0));
   EXPECT_EQ(graph->get_Rate(), 2.0);
   ASSERT_TRUE(graph->Run());
-  ASSERT_TRUE(world_.Becomes([&] { return Position(*graph) >= 0.2; }));
+  ASSERT_TRUE(Becomes([&] { return Position(*graph) >= 0.2; }));
   const double begin = Now();
-  ASSERT_TRUE(world_.Becomes([&] { return Position(*graph) >= 1.6; }));
+  ASSERT_TRUE(Becomes([&] { return Position(*graph) >= 1.6; }));
   EXPECT_NEAR(Now() - begin, 0.7, 0.4);
   const double before = Position(*graph);
   ASSERT_TRUE(graph->put_Rate(0.1));
   EXPECT_NEAR(Position(*graph), before, 0.1) << "changing the speed does not move the position";
   // What lies in the sound output's buffer already is still played at the old speed.
   double last = before;
-  EXPECT_TRUE(world_.Becomes([&] {
-    world_.Pass(400);
+  EXPECT_TRUE(Becomes([&] {
+    Pass(400);
     const double moved = Position(*graph) - std::exchange(last, Position(*graph));
     return moved > 0.0 && moved < 0.15;
   }));
@@ -200,37 +190,28 @@ TEST_F(GraphContract, OnlyAPictureHasASizeAndAWindow) {
 }
 
 void ExpectHoldsNothing(FilterGraph& graph) {
-  EXPECT_FALSE(graph.Run());
-  EXPECT_FALSE(graph.Pause());
-  EXPECT_FALSE(graph.put_CurrentPosition(1.0));
-  EXPECT_FALSE(graph.put_Rate(2.0));
-  EXPECT_FALSE(graph.put_Volume(-100));
-  EXPECT_FALSE(graph.put_Balance(100));
-  EXPECT_FALSE(graph.put_Owner(1));
-  EXPECT_FALSE(graph.SetWindowPosition(0, 0, 10, 10));
-  EXPECT_FALSE(graph.put_FullScreenMode(true));
-  EXPECT_FALSE(graph.HideCursor(true));
-  EXPECT_EQ(graph.get_Duration(), std::nullopt);
-  EXPECT_EQ(graph.get_CurrentPosition(), std::nullopt);
-  EXPECT_EQ(graph.get_Rate(), std::nullopt);
-  EXPECT_EQ(graph.get_Volume(), std::nullopt);
-  EXPECT_EQ(graph.get_Balance(), std::nullopt);
-  EXPECT_EQ(graph.get_AvgTimePerFrame(), std::nullopt);
-  EXPECT_FALSE(graph.GetVideoSize().has_value());
+  for (const bool took : {graph.Run(), graph.Pause(), graph.put_CurrentPosition(1.0),
+                          graph.put_Rate(2.0), graph.put_Volume(-100), graph.put_Balance(100),
+                          graph.put_Owner(1), graph.SetWindowPosition(0, 0, 10, 10),
+                          graph.put_FullScreenMode(true), graph.HideCursor(true)}) {
+    EXPECT_FALSE(took);
+  }
+  EXPECT_FALSE(graph.get_Duration() || graph.get_CurrentPosition() || graph.get_Rate());
+  EXPECT_FALSE(graph.get_Volume() || graph.get_Balance());
+  EXPECT_FALSE(graph.get_AvgTimePerFrame() || graph.GetVideoSize());
   EXPECT_EQ(graph.WaitForCompletion(1000), 2);
 }
 
 TEST_F(GraphContract, AFailureLeavesAGraphThatHoldsNothing) {
-  ExpectHoldsNothing(*world_.Engine().CreateGraph());
-  const std::string pipe = world_.Folder().Path("pipe.mkv");
+  ExpectHoldsNothing(*Graph());
+  const std::string pipe = Folder().Path("pipe.mkv");
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   // The first as the first medium of all, the others after one whose values must not shine through.
-  for (const std::string& name : {EngineWorld::Path("missing.mkv"), EngineWorld::Path("empty.mp4"),
-                                  EngineWorld::Path("truncated.mp4"), EngineWorld::Path("text.mp4"),
-                                  EngineWorld::Path("playlist.mp4"), EngineWorld::Path(""), pipe,
-                                  std::string("av://lavfi:testsrc")}) {
+  for (const std::string& name :
+       {Path("missing.mkv"), Path("empty.mp4"), Path("truncated.mp4"), Path("text.mp4"),
+        Path("playlist.mp4"), Path(""), pipe, std::string("av://lavfi:testsrc")}) {
     SCOPED_TRACE(name);
-    const auto failed = world_.Engine().CreateGraph();
+    const auto failed = Graph();
     const double begin = Now();
     EXPECT_FALSE(failed->RenderFile(name));
     EXPECT_LT(Now() - begin, 5.0);
@@ -239,18 +220,18 @@ TEST_F(GraphContract, AFailureLeavesAGraphThatHoldsNothing) {
     const auto next = Render("film25.mkv");
     EXPECT_EQ(next->GetVideoSize().value_or(VideoSize{}).width, 160);
     EXPECT_TRUE(next->Run());
-    EXPECT_TRUE(world_.Becomes([&] { return Position(*next) > 0.05; }));
+    EXPECT_TRUE(Becomes([&] { return Position(*next) > 0.05; }));
   }
 }
 
 TEST_F(GraphContract, StopInsideThePumpAbandonsTheRendering) {
-  const auto graph = world_.Engine().CreateGraph();
+  const auto graph = Graph();
   bool stopped = false;
   QTimer::singleShot(0, [&] {
     graph->Stop();
     stopped = true;
   });
-  EXPECT_FALSE(graph->RenderFile(EngineWorld::Path("film25.mkv")));
+  EXPECT_FALSE(graph->RenderFile(Path("film25.mkv")));
   EXPECT_TRUE(stopped);
   ExpectHoldsNothing(*graph);
   EXPECT_TRUE(Render("tone.wav")->Run());
@@ -268,34 +249,26 @@ std::string Told(const FilterGraph& graph) {
 }
 
 TEST_F(GraphContract, TracksAreToldAndChosen) {
-  EXPECT_FALSE(world_.Engine().CreateGraph()->SelectTrack(TrackKind::kSubtitle, 0));
+  EXPECT_FALSE(Graph()->SelectTrack(TrackKind::kSubtitle, 0));
   const auto graph = Render("dual.mkv");
   EXPECT_EQ(Told(*graph), " xa1eng a2ger xs1eng s2gerAlles");
   ASSERT_TRUE(graph->Run());
-  const struct {
-    TrackKind kind;
-    int id;
-    bool there;
-    const char* told;
-  } rows[] = {
-      {TrackKind::kSubtitle, 2, true, " xa1eng a2ger s1eng xs2gerAlles"},
-      {TrackKind::kSound, 2, true, " a1eng xa2ger s1eng xs2gerAlles"},
-      {TrackKind::kSound, 0, false, " a1eng xa2ger s1eng xs2gerAlles"},
-      {TrackKind::kSubtitle, 3, false, " a1eng xa2ger s1eng xs2gerAlles"},
-      {TrackKind::kSubtitle, 0, true, " a1eng xa2ger s1eng s2gerAlles"},
+  const auto expect_chosen = [&](TrackKind kind, int id, const char* told) {
+    EXPECT_TRUE(graph->SelectTrack(kind, id));
+    EXPECT_EQ(Told(*graph), told) << "at once";
+    Pass(150);
+    EXPECT_EQ(Told(*graph), told) << "and by what is played";
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(graph->SelectTrack(row.kind, row.id), row.there);
-    EXPECT_EQ(Told(*graph), row.told) << "at once";
-    world_.Pass(150);
-    EXPECT_EQ(Told(*graph), row.told) << "and by what is played";
-  }
-  EXPECT_FALSE(graph->AddSubtitles(EngineWorld::Path("text.mp4")));
+  expect_chosen(TrackKind::kSubtitle, 2, " xa1eng a2ger s1eng xs2gerAlles");
+  expect_chosen(TrackKind::kSound, 2, " a1eng xa2ger s1eng xs2gerAlles");
+  EXPECT_FALSE(graph->SelectTrack(TrackKind::kSound, 0));
+  EXPECT_FALSE(graph->SelectTrack(TrackKind::kSubtitle, 3));
+  expect_chosen(TrackKind::kSubtitle, 0, " a1eng xa2ger s1eng s2gerAlles");
+  EXPECT_FALSE(graph->AddSubtitles(Path("text.mp4")));
   EXPECT_TRUE(graph->AddSubtitles(
-      world_.Folder().Write("words.srt", "1\n00:00:00,000 --> 00:00:03,000\nWords\n")));
-  EXPECT_TRUE(world_.Becomes([&] {
-    return Told(*graph) == " a1eng xa2ger s1eng s2gerAlles xs3+words.srt";
-  })) << Told(*graph);
+      Folder().Write("words.srt", "1\n00:00:00,000 --> 00:00:03,000\nWords\n")));
+  const std::string with_words = " a1eng xa2ger s1eng s2gerAlles xs3+words.srt";
+  EXPECT_TRUE(Becomes([&] { return Told(*graph) == with_words; })) << Told(*graph);
   EXPECT_EQ(Told(*Render("tone.wav")).find('s'), std::string::npos);
 }
 

