@@ -60,19 +60,21 @@ class InterfaceQueue {
 
 class FileCopierTest : public testing::Test {
  protected:
-  FileCopier::Done Note() {
-    return [this](CopyResult result) { results.push_back(result); };
+  // Begins to copy "from".
+  bool Begin(FileCopier& with, const char* to = "to", std::int32_t block = kBlock) {
+    return with.xCopyFile(folder.Path("from"), folder.Path(to), block, false,
+                          [this](CopyResult result) { results.push_back(result); });
   }
   void Run() {
     queue.RunUntil([this] { return !results.empty(); });
   }
-  static CopyHooks Hooks(FileCopierTest* test) {
+  CopyHooks Hooks() {
     CopyHooks hooks;
-    hooks.after_block = [test](std::int64_t copied, std::int64_t) {
+    hooks.after_block = [this](std::int64_t copied, std::int64_t) {
       // Until the interface has been told, so that each test sees the same order.
-      while (test->step_by_step && test->seen < copied && !test->leave) std::this_thread::yield();
+      while (step_by_step && seen < copied && !leave) std::this_thread::yield();
     };
-    hooks.free_bytes = [test](const std::string&) { return test->free_bytes.load(); };
+    hooks.free_bytes = [this](const std::string&) { return free_bytes.load(); };
     return hooks;
   }
 
@@ -81,8 +83,7 @@ class FileCopierTest : public testing::Test {
   FakeTextPlatform text;
   ScriptedDialogs dialogs;
   InterfaceQueue queue;
-  std::atomic<bool> step_by_step = false;
-  std::atomic<bool> leave = false;
+  std::atomic<bool> step_by_step = false, leave = false;
   std::atomic<std::int64_t> seen = 0;
   std::atomic<double> free_bytes = 1e12;
   std::vector<CopyResult> results;
@@ -91,11 +92,11 @@ class FileCopierTest : public testing::Test {
             [this](std::function<void()> work) { queue.Post(std::move(work)); },
             std::chrono::milliseconds(0)};
   }
-  FileCopier copier{Parts(), Hooks(this)};
+  FileCopier copier{Parts(), Hooks()};
 };
 
 TEST_F(FileCopierTest, TellsEachBlockWhileBytesRemain) {
-  const std::string source = folder.Write("from", Content(10240));
+  folder.Write("from", Content(10240));
   std::vector<std::string> events;
   step_by_step = true;
   copier.Info = [&](const CopyInfo& info) {
@@ -105,8 +106,8 @@ TEST_F(FileCopierTest, TellsEachBlockWhileBytesRemain) {
     time.Advance(2000);
     seen = static_cast<std::int64_t>(info.CopiedBytes);
   };
-  ASSERT_TRUE(copier.xCopyFile(source, folder.Path("to"), 4096, false, Note()));
-  EXPECT_FALSE(copier.xCopyFile(source, folder.Path("second"), 4096, false, Note()));
+  ASSERT_TRUE(Begin(copier, "to", 4096));
+  EXPECT_FALSE(Begin(copier, "second"));
   queue.RunUntil([&] { return events.size() == 2; });
   leave = true;
   Run();
@@ -118,9 +119,9 @@ TEST_F(FileCopierTest, TellsEachBlockWhileBytesRemain) {
 
 TEST_F(FileCopierTest, ShowsADiskErrorWithItsNumber) {
   folder.Write("from", "x");
-  copier.xCopyFile(folder.Path("from"), folder.Path("no/to"), kBlock, false, Note());
+  Begin(copier, "no/to");
   Run();
-  ASSERT_EQ(dialogs.Boxes().size(), 1U);
+  EXPECT_EQ(dialogs.Boxes().size(), 1U);
   EXPECT_EQ(dialogs.LastText(), "No such file or directory code : 2");
   EXPECT_THAT(results, ElementsAre(CopyResult::kDiskError));
 }
@@ -128,10 +129,10 @@ TEST_F(FileCopierTest, ShowsADiskErrorWithItsNumber) {
 TEST_F(FileCopierTest, CanBeDestroyedInTheMiddleAndWhileABoxIsOpen) {
   folder.Write("from", Content(5000));
   step_by_step = true;
-  auto mine = std::make_unique<FileCopier>(Parts(), Hooks(this));
+  auto mine = std::make_unique<FileCopier>(Parts(), Hooks());
   bool begun = false;
   mine->Info = [&](const CopyInfo&) { begun = true; };
-  mine->xCopyFile(folder.Path("from"), folder.Path("to"), kBlock, false, Note());
+  Begin(*mine);
   queue.RunUntil([&] { return begun; });
   mine->CancelCopy();
   leave = true;
@@ -140,7 +141,7 @@ TEST_F(FileCopierTest, CanBeDestroyedInTheMiddleAndWhileABoxIsOpen) {
 
   mine = std::make_unique<FileCopier>(Parts());
   dialogs.WhileOpen([&] { mine.reset(); });
-  mine->xCopyFile(folder.Path("from"), folder.Path("no/to"), kBlock, false, Note());
+  Begin(*mine, "no/to");
   queue.RunUntil([&] { return mine == nullptr; });
   EXPECT_THAT(results, IsEmpty());
 }
@@ -155,7 +156,7 @@ TEST_F(FileCopierTest, ADiskThatHangsHoldsUpNeitherTheCancelNorTheEnd) {
     while (*disk_hangs) std::this_thread::yield();
   };
   auto mine = std::make_unique<FileCopier>(Parts(), hooks);
-  mine->xCopyFile(folder.Path("from"), folder.Path("to"), kBlock, false, Note());
+  Begin(*mine);
   while (!*hanging) std::this_thread::yield();
   mine->CancelCopy();
   time.Advance(1100);
@@ -184,7 +185,9 @@ class CopyFilesTest : public FileCopierTest, public CopyFilesWindow {
   }
   void Unload() override { ++unloads; }
 
-  void RunList(const std::vector<std::string>& paths) {
+  void RunList(const std::vector<std::string>& paths, const std::string& picked) {
+    dialogs.WillPickFolder(picked);
+    unloads = 0;
     files.emplace(*this, copier, dialogs, paths);
     files->Start();
     queue.RunUntil([this] { return unloads > 0; });
@@ -193,17 +196,15 @@ class CopyFilesTest : public FileCopierTest, public CopyFilesWindow {
 
   const std::string to = folder.MakeFolder("to");
   std::optional<CopyFiles> files;
-  std::vector<std::string> labels;
-  std::vector<std::string> questions;
+  std::vector<std::string> labels, questions;
   std::function<void()> while_asked;
-  int retries = 0;
-  int unloads = 0;
+  int retries = 0, unloads = 0;
 };
 
 TEST_F(CopyFilesTest, FilesOfOneNameStandSideBySide) {
-  dialogs.WillPickFolder(to);
   RunList({folder.Write("a/x.mp3", "one"), folder.Write("b/x.mp3", "two"),
-           folder.Write("c/x.mp3", "three")});
+           folder.Write("c/x.mp3", "three")},
+          to);
   EXPECT_EQ(folder.Read("to/x.mp3"), "one");
   EXPECT_EQ(folder.Read("to/Copy (1) of x.mp3"), "two");
   EXPECT_EQ(folder.Read("to/Copy (2) of x.mp3"), "three");
@@ -213,29 +214,18 @@ TEST_F(CopyFilesTest, FilesOfOneNameStandSideBySide) {
 }
 
 TEST_F(CopyFilesTest, NoFolderAndNoFilesEndAtOnce) {
-  dialogs.WillPickFolder("");
-  RunList({folder.Write("x.mp3", "one")});
-  unloads = 0;
-  dialogs.WillPickFolder(to);
-  RunList({});
+  RunList({folder.Write("x.mp3", "one")}, "");
+  RunList({}, to);
   EXPECT_TRUE(std::filesystem::is_empty(to));
 }
 
 TEST_F(CopyFilesTest, ErrorsEndTheListWithTheirMessage) {
-  struct Case {
-    std::string source;
-    std::string text;
-    std::size_t boxes;
-  };
   const std::string last = folder.Write("last.mp3", "last");
-  for (const Case& row : {Case{"http://host/a.mp3", "NoExist, copy was canceled!", 1},
-                          Case{folder.MakeFolder("d"), "Disk error, copy was canceled!", 2}}) {
-    const std::size_t before = dialogs.Boxes().size();
-    unloads = 0;
-    dialogs.WillPickFolder(to);
-    RunList({row.source, last});
-    EXPECT_EQ(dialogs.LastText(), row.text) << row.source;
-    EXPECT_EQ(dialogs.Boxes().size() - before, row.boxes);
+  for (const auto& [path, message] :
+       {std::pair<std::string, std::string>{"http://host/a.mp3", "NoExist, copy was canceled!"},
+        {folder.MakeFolder("d"), "Disk error, copy was canceled!"}}) {
+    RunList({path, last}, to);
+    EXPECT_EQ(dialogs.LastText(), message) << path;
     EXPECT_TRUE(std::filesystem::is_empty(to));
   }
 }
@@ -246,19 +236,16 @@ TEST_F(CopyFilesTest, RetryGoesOnWithTheSameNameAndCancelEnds) {
   folder.Write("to/x.mp3", "old");
   free_bytes = 2;
   retries = 2;
-  dialogs.WillPickFolder(to);
-  RunList(paths);
+  RunList(paths, to);
   ASSERT_EQ(questions.size(), 2U);
   EXPECT_EQ(questions[1], "There is not enough free space to copy the file \"x.mp3\"");
   EXPECT_EQ(folder.Read("to/Copy (1) of x.mp3"), "one");
   EXPECT_EQ(folder.Read("to/y.mp3"), "two");
 
   free_bytes = 0;
-  unloads = 0;
   retries = 5;
   while_asked = [&] { files->Cancel(); };  // the window was closed behind the question
-  dialogs.WillPickFolder(to);
-  RunList(paths);
+  RunList(paths, to);
   EXPECT_EQ(questions.size(), 3U);
 }
 
@@ -270,18 +257,15 @@ TEST_F(CopyFilesTest, CancelEndsTheWholeListWithoutAMessage) {
     files->Cancel();
     leave = true;
   };
-  dialogs.WillPickFolder(to);
-  RunList(paths);
+  RunList(paths, to);
   EXPECT_TRUE(std::filesystem::is_empty(to));
   EXPECT_THAT(dialogs.Boxes(), IsEmpty());
 
   // Also when the cancelled file was whole by then: nothing more begins.
   step_by_step = false;
-  unloads = 0;
   copier.Info = nullptr;
   copier.refresh = [&] { files->Cancel(); };
-  dialogs.WillPickFolder(to);
-  RunList(paths);
+  RunList(paths, to);
   EXPECT_FALSE(std::filesystem::exists(to + "/y.mp3"));
 }
 

@@ -17,13 +17,11 @@
 namespace kv {
 namespace {
 
-class FakeSurface : public ScrollerSurface {
- public:
+struct FakeSurface : ScrollerSurface {
   void Resize(float /*width*/, float /*height*/) override {}
   std::optional<SetMenuItem> PopUpSetMenu(const SetMenuCaptions& /*captions*/) override {
     return pick;
   }
-
   std::optional<SetMenuItem> pick;
 };
 
@@ -48,7 +46,7 @@ struct Bench {
 
   // "; " parts commands, blanks part words. "later" puts a command into the message queue.
   void Run(const std::string& script) {
-    std::istringstream commands(script + ";");
+    std::istringstream commands(script);
     for (std::string command; std::getline(commands, command, ';');) Do(command);
   }
 

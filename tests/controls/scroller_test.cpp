@@ -1,6 +1,8 @@
 // The slider's widget: real input events reach the rules, and its picture is crisp at every scale.
 #include "controls/scroller.h"
 
+#include "controls/picture_qt.h"
+
 #include <QApplication>
 #include <QImage>
 #include <QMenu>
@@ -8,7 +10,6 @@
 #include <QTimer>
 #include <QWheelEvent>
 
-#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
@@ -19,16 +20,10 @@
 namespace kv {
 namespace {
 
-constexpr std::int32_t kBack = 0x302820;
-constexpr std::int32_t kRange = 0x0000FF;
-
-// Hears the keys that the slider leaves to its parent.
-class Parent : public QWidget {
- public:
-  std::vector<int> keys;
-
- protected:
-  void keyPressEvent(QKeyEvent* event) override { keys.push_back(event->key()); }
+// Counts the keys that the slider leaves to its parent.
+struct Parent : QWidget {
+  void keyPressEvent(QKeyEvent* /*event*/) override { ++keys; }
+  int keys = 0;
 };
 
 class ScrollerTest : public testing::Test {
@@ -36,8 +31,8 @@ class ScrollerTest : public testing::Test {
   ScrollerTest() {
     slider.resize(111, 40);
     slider.Model().SetMax(100);
-    slider.Model().SetBackColor(kBack);
-    slider.Model().SetRangeColor(kRange);
+    slider.Model().SetBackColor(0x302820);
+    slider.Model().SetRangeColor(0x0000FF);
     slider.Events().after_scroll = [this](double& value, std::int16_t button) {
       finished.emplace_back(value, button);
     };
@@ -50,26 +45,11 @@ class ScrollerTest : public testing::Test {
     QApplication::sendEvent(&slider, &move);
   }
 
-  // Runs `work` in the next turn of the message queue.
-  void Soon(std::function<void()> work) {
-    soon.disconnect();
-    soon.setSingleShot(true);
-    QObject::connect(&soon, &QTimer::timeout, qApp, std::move(work));
-    soon.start(0);
-  }
-
-  QImage Picture(double scale) {
-    QImage image((QSizeF(slider.size()) * scale).toSize(), QImage::Format_RGB32);
-    image.setDevicePixelRatio(scale);
-    image.fill(Qt::magenta);
-    slider.render(&image);
-    return image;
-  }
+  QImage Picture(double scale) { return PictureOf(slider, scale); }
 
   Parent parent;
   Scroller slider{&parent};
   std::vector<std::pair<double, int>> finished;
-  QTimer soon;
 };
 
 TEST_F(ScrollerTest, DragsAndClicks) {
@@ -87,11 +67,7 @@ TEST_F(ScrollerTest, ADisabledOrHiddenSliderLetsTheKnobGo) {
     QTest::mousePress(&slider, Qt::LeftButton, Qt::NoModifier, {5, 10});
     Move(45, 10, Qt::LeftButton);
     slider.Model().SetValue(0);
-    if (hide) {
-      slider.hide();
-    } else {
-      slider.setEnabled(false);
-    }
+    hide ? slider.hide() : slider.setEnabled(false);
     EXPECT_FALSE(slider.Model().Dragging());
     EXPECT_EQ(slider.Model().KnobLeft(), 0);
     QTest::mouseRelease(&slider, Qt::LeftButton, Qt::NoModifier, {45, 10});
@@ -103,7 +79,7 @@ TEST_F(ScrollerTest, ADisabledOrHiddenSliderLetsTheKnobGo) {
 TEST_F(ScrollerTest, RightClickSetsByMenu) {
   slider.Model().SetMenuCaption("Left", "Middle", "Right");
   std::vector<std::string> texts;
-  Soon([&texts] {
+  QTimer::singleShot(0, [&texts] {
     auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     ASSERT_NE(menu, nullptr);
     for (const QAction* action : menu->actions()) texts.push_back(action->text().toStdString());
@@ -119,7 +95,7 @@ TEST_F(ScrollerTest, GoesAwayWithItsMenuOpen) {
   auto owner = std::make_unique<QWidget>();
   auto* const doomed = new Scroller(owner.get());
   owner->show();
-  Soon([&owner] { owner.reset(); });
+  QTimer::singleShot(0, [&owner] { owner.reset(); });
   doomed->Model().ShowSetMenu();
   EXPECT_EQ(owner, nullptr);
 }
@@ -130,7 +106,7 @@ TEST_F(ScrollerTest, OnlyTheKeypadIsHandled) {
   for (const Qt::Key key : {Qt::Key_Plus, Qt::Key_Right, Qt::Key_PageUp, Qt::Key_Space}) {
     QTest::keyClick(&slider, key);
   }
-  EXPECT_EQ(parent.keys.size(), 4U);
+  EXPECT_EQ(parent.keys, 4);
 
   QWheelEvent wheel(QPointF(5, 5), slider.mapToGlobal(QPointF(5, 5)), {}, {0, 120}, Qt::NoButton,
                     Qt::NoModifier, Qt::NoScrollPhase, false);
@@ -139,39 +115,34 @@ TEST_F(ScrollerTest, OnlyTheKeypadIsHandled) {
   EXPECT_EQ(slider.Model().Value(), 6.5);
 }
 
-// Counts the pixels of `color` on the line through the middle.
-int RangePixels(const QImage& image) {
+// Counts the pixels of `color` on a line.
+int Pixels(const QImage& image, int y, const QColor& color) {
   int count = 0;
-  for (int x = 0; x < image.width(); ++x) {
-    count += image.pixelColor(x, image.height() / 2) == QColor(255, 0, 0) ? 1 : 0;
-  }
+  for (int x = 0; x < image.width(); ++x) count += image.pixelColor(x, y) == color ? 1 : 0;
   return count;
 }
 
 TEST_F(ScrollerTest, IsCrispAtEveryScale) {
+  const QColor back(0x20, 0x28, 0x30);
   for (const double scale : {1.0, 1.25, 1.4, 2.0}) {
     SCOPED_TRACE(scale);
+    const auto in_range = [&] {
+      const QImage image = Picture(scale);
+      EXPECT_EQ(image.pixelColor(image.width() - 1, 0), back) << "the corner";
+      return Pixels(image, image.height() / 2, Qt::red);
+    };
     slider.Model().SetRangeStart(-1);
-    const QImage plain = Picture(scale);
-    EXPECT_EQ(RangePixels(plain), 0);
+    EXPECT_EQ(in_range(), 0);
     slider.Model().SetRangeStart(20);
     slider.Model().SetRangeEnd(80);
-    const QImage ranged = Picture(scale);
     const int first = qRound(111 / 103.0 * 20 * scale);
-    const int last = qRound((111 / 100.0 * 80 + 5.5) * scale);
-    EXPECT_EQ(RangePixels(ranged), last - first);
-
-    // The corner is background, and the knob keeps its width wherever it stands.
-    EXPECT_EQ(ranged.pixelColor(ranged.width() - 1, 0), QColor(0x20, 0x28, 0x30));
+    EXPECT_EQ(in_range(), qRound((111 / 100.0 * 80 + 5.5) * scale) - first);
+    // The knob keeps its width wherever it stands.
     for (const double value : {0.0, 33.3, 71.9}) {
       slider.Model().SetValue(value);
       const QImage image = Picture(scale);
-      const int row = image.height() / 4;
-      int width = 0;
-      for (int x = 0; x < image.width(); ++x) {
-        width += image.pixelColor(x, row) != QColor(0x20, 0x28, 0x30) ? 1 : 0;
-      }
-      EXPECT_EQ(width, qRound(11 * scale)) << value;
+      const int knob = image.width() - Pixels(image, image.height() / 4, back);
+      EXPECT_EQ(knob, qRound(11 * scale)) << value;
     }
   }
 }

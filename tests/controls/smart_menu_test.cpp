@@ -1,6 +1,8 @@
 // The popup menu as the user meets it: what it shows, how keys and mouse pick, and its colours.
 #include "controls/smart_menu.h"
 
+#include "controls/picture_qt.h"
+
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
@@ -12,6 +14,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kv {
@@ -41,8 +44,8 @@ class SmartMenuTest : public testing::Test, protected SmartMenuSource {
                          [id](const SmartMenuItem& item) { return item.id == id; });
   }
 
-  // Opens the menu, types, and gives a menu that nothing has closed the Escape that does.
-  void PopUpAndType(const std::vector<Qt::Key>& keys) {
+  // Opens the menu, types and closes what is still open; answers what was clicked.
+  std::vector<int> Picked(const std::vector<Qt::Key>& keys) {
     QTimer::singleShot(0, &form, [&] {
       for (const Qt::Key key : keys) {
         if (QWidget* const popup = QApplication::activePopupWidget()) QTest::keyClick(popup, key);
@@ -50,6 +53,7 @@ class SmartMenuTest : public testing::Test, protected SmartMenuSource {
       while (QWidget* const popup = QApplication::activePopupWidget()) popup->close();
     });
     menu->PopUp(kRoot, QPoint(10, 10));
+    return std::exchange(clicked, {});
   }
 
   QStringList Texts(int root) const {
@@ -61,22 +65,16 @@ class SmartMenuTest : public testing::Test, protected SmartMenuSource {
     return texts;
   }
 
-  QImage Picture(double scale, int root = kRoot) {
-    QMenu& widget = *menu->Widget(root);
+  QImage Picture(double scale) {
+    QMenu& widget = *menu->Widget(kRoot);
     widget.resize(widget.sizeHint());
-    QImage image((QSizeF(widget.size()) * scale).toSize(), QImage::Format_RGB32);
-    image.setDevicePixelRatio(scale);
-    image.fill(Qt::magenta);
-    widget.render(&image);
-    return image;
+    return PictureOf(widget, scale);
   }
 
   static int Count(const QImage& image, const QRect& part, QRgb color) {
     int count = 0;
     for (int y = part.top(); y <= part.bottom(); ++y) {
-      for (int x = part.left(); x <= part.right(); ++x) {
-        if (image.pixel(x, y) == color) ++count;
-      }
+      for (int x = part.left(); x <= part.right(); ++x) count += image.pixel(x, y) == color ? 1 : 0;
     }
     return count;
   }
@@ -143,30 +141,21 @@ TEST_F(SmartMenuTest, SpeaksToAssistiveTools) {
 }
 
 TEST_F(SmartMenuTest, PicksByKeyboard) {
-  const struct {
-    std::vector<Qt::Key> keys;
-    std::vector<int> clicked;
-  } rows[] = {
-      {{Qt::Key_Down, Qt::Key_Return}, {2}},
-      {{Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Right, Qt::Key_Down, Qt::Key_Return},
-       {7}},
-      {{Qt::Key_Up, Qt::Key_Return}, {}},  // disabled
-      {{Qt::Key_Down, Qt::Key_Escape}, {}},
-      {{Qt::Key_F, Qt::Key_Return}, {4}},  // by its first letter
-  };
-  for (const auto& row : rows) {
-    clicked.clear();
-    PopUpAndType(row.keys);
-    EXPECT_EQ(clicked, row.clicked);
-  }
+  using Ids = std::vector<int>;
+  constexpr Qt::Key kDown = Qt::Key_Down;
+  constexpr Qt::Key kReturn = Qt::Key_Return;
+  EXPECT_EQ(Picked({kDown, kReturn}), Ids{2});
+  EXPECT_EQ(Picked({kDown, kDown, kDown, Qt::Key_Right, kDown, kReturn}), Ids{7});
+  EXPECT_EQ(Picked({Qt::Key_Up, kReturn}), Ids{}) << "disabled";
+  EXPECT_EQ(Picked({kDown, Qt::Key_Escape}), Ids{});
+  EXPECT_EQ(Picked({Qt::Key_F, kReturn}), Ids{4}) << "by its first letter";
 }
 
 TEST_F(SmartMenuTest, FollowsItsOwnerWhileOpenAndAfter) {
   bool was_checked = false;
   QStringList open_texts;
   QTimer::singleShot(0, &form, [&] {
-    Item(4).checked = true;
-    menu->ItemChanged(4);
+    SetMenuItemChecked(4, true);
     was_checked = menu->Widget(kRoot)->actions()[2]->isChecked();
     items.resize(3);
     menu->Rebuild();

@@ -5,14 +5,13 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
+#include <utility>
 #include <vector>
 
 namespace kv {
 namespace {
 
-class Surface : public TrendChartSurface {
- public:
+struct Surface : TrendChartSurface {
   void Resize(int /*width*/, int /*height*/) override {}
   void Moved() override { ++moves; }
   int moves = 0;
@@ -36,15 +35,12 @@ class TrendChartTest : public testing::Test {
 };
 
 TEST_F(TrendChartTest, TraceKeepsItsMarginsAndRunsOverTheEdges) {
-  struct Case {
-    double value;
-    int y;
-  };
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  for (const Case& c : {Case{0, 52}, Case{100, 2}, Case{50, 27}, Case{-1, 52}, Case{-8, 56},
-                        Case{120, -8}, Case{std::nan(""), 52}, Case{kInfinity, -30000}}) {
-    chart.SetValue(c.value);
-    EXPECT_EQ(chart.TraceY(0), c.y) << c.value;
+  const std::pair<double, int> rows[] = {
+      {0, 52},  {100, 2},  {50, 27},           {-1, 52},
+      {-8, 56}, {120, -8}, {std::nan(""), 52}, {HUGE_VAL, -30000}};
+  for (const auto& [value, y] : rows) {
+    chart.SetValue(value);
+    EXPECT_EQ(chart.TraceY(0), y) << value;
   }
   chart.SetMin(100);  // no range at all
   EXPECT_EQ(Newest(4), (std::vector<int>{52, 52, 52, 52}));

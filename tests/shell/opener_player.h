@@ -4,14 +4,11 @@
 
 #include "shell/hand_over.h"
 #include "shell/media_opener.h"
-#include "support/scripted_dialogs.h"
+#include "shell/shell_test.h"
 #include "support/slider_world.h"
 
-#include <algorithm>
+#include <cmath>
 #include <map>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace kv {
 
@@ -64,18 +61,9 @@ struct OpenerPlayer : SliderWorld,
   }
   void RestoreFromTray() override { log.push_back("restore"); }
   RenderTarget Render() const override { return {7, 320, 200}; }
-  void ShowConnectionIcon(ConnectionIcon shown) override {
-    icon = shown;
-    log.push_back("icon");
-  }
-  void ShowResumeMark(bool visible) override {
-    resume_mark = visible;
-    log.push_back(visible ? "mark" : "no mark");
-  }
-  void SetTitleToolTip(const std::string& text) override {
-    tool_tip = text;
-    log.push_back("tip " + text);
-  }
+  void ShowConnectionIcon(ConnectionIcon shown) override { icon = shown; }
+  void ShowResumeMark(bool visible) override { resume_mark = visible; }
+  void SetTitleToolTip(const std::string& text) override { tool_tip = text; }
   void SetSlidersEnabled(bool enabled) override {
     log.push_back(enabled ? "sliders on" : "sliders off");
   }
@@ -108,7 +96,16 @@ struct OpenerPlayer : SliderWorld,
     factory.calls.clear();
     log.clear();
   }
-  long Rendered(const std::string& target) const {
+  // What the window shows of the medium that is current.
+  std::string Shown() const {
+    return settings.CurrentFile + "|" + movie.DS_CurFile() + "|" +
+           std::to_string(std::lround(slider1.Max())) + " s|" + session.AsxInfo.entry + "|" +
+           std::to_string(std::lround(session.ResumePosition)) + " to " +
+           std::to_string(std::lround(session.ResumeEndPosition)) +
+           (resume_mark ? "|marked " : "|") + tool_tip;
+  }
+  auto Logged(const std::string& what) const { return std::count(log.begin(), log.end(), what); }
+  auto Rendered(const std::string& target) const {
     return std::count(factory.calls.begin(), factory.calls.end(), "RenderFile " + target);
   }
 

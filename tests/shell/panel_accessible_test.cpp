@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kv {
@@ -22,8 +23,7 @@ class Form : public QWidget {
   void keyPressEvent(QKeyEvent* event) override { keys.push_back(event->key()); }
 };
 
-class PanelAccessibleTest : public testing::Test {
- protected:
+struct PanelAccessibleTest : testing::Test {
   PanelAccessibleTest() {
     form.setFocusPolicy(Qt::StrongFocus);
     form.resize(720, 300);
@@ -56,10 +56,13 @@ class PanelAccessibleTest : public testing::Test {
     }
   }
 
-  void WaitForPress() {
+  // The control that is pressed next; -1 when none is.
+  int Pressed() {
     QElapsedTimer clock;
     clock.start();
     while (pressed.empty() && clock.elapsed() < 5000) QTest::qWait(5);
+    const std::vector<int> presses = std::exchange(pressed, {});
+    return presses.size() == 1 ? presses[0] : -1;
   }
 
   Form form;
@@ -85,8 +88,7 @@ TEST_F(PanelAccessibleTest, SlidersSpeakAndStep) {
   const struct {
     SliderKind kind;
     double value;
-    const char* spoken;
-    const char* after_step;
+    const char *spoken, *after_step;
   } rows[] = {{SliderKind::kPosition, 65, "00:01:04 of 00:01:59", "00:01:05 of 00:01:59"},
               {SliderKind::kRate, 20, "100 %", "105 %"},
               {SliderKind::kBalance, 11, "Right 2", "Right 3"}};
@@ -112,8 +114,7 @@ TEST_F(PanelAccessibleTest, ButtonsAndLinksArePressed) {
   SmartButton& repeat = panel.Button(6);
   QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&repeat);
   face->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-  WaitForPress();
-  EXPECT_EQ(pressed, std::vector<int>{6});
+  EXPECT_EQ(Pressed(), 6);
   repeat.SetState(QStringLiteral("Repeats the list"), true);
   EXPECT_TRUE(face->state().checked);
   EXPECT_EQ(face->text(QAccessible::Description).toStdString(), "Repeats the list");
@@ -121,18 +122,14 @@ TEST_F(PanelAccessibleTest, ButtonsAndLinksArePressed) {
   // A line of data is a link while it is shown as one.
   QAccessibleInterface* link = nullptr;
   for (QLabel* const label : panel.findChildren<QLabel*>()) {
-    if (label->property("index").toInt() == 1 && label->property("index").isValid()) {
-      link = QAccessible::queryAccessibleInterface(label);
-    }
+    if (label->property("index") == 1) link = QAccessible::queryAccessibleInterface(label);
   }
   ASSERT_NE(link, nullptr);
   EXPECT_EQ(link->role(), QAccessible::StaticText);
   panel.SetDispUnderline(1, true);
   EXPECT_EQ(link->role(), QAccessible::Link);
-  pressed.clear();
   link->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-  WaitForPress();
-  EXPECT_EQ(pressed, std::vector<int>{101});
+  EXPECT_EQ(Pressed(), 101);
 }
 
 TEST_F(PanelAccessibleTest, TabReachesTheControlsAndNoKeyOfThePlayerIsLost) {
@@ -164,8 +161,7 @@ TEST_F(PanelAccessibleTest, TabReachesTheControlsAndNoKeyOfThePlayerIsLost) {
   QTest::keyClick(&volume, Qt::Key_Up);
   EXPECT_NEAR(volume.Model().Value(), 51, 0.01);
   QTest::keyClick(&menu, Qt::Key_Space, Qt::ControlModifier);
-  WaitForPress();
-  EXPECT_EQ(pressed, std::vector<int>{7});
+  EXPECT_EQ(Pressed(), 7);
 }
 
 }  // namespace

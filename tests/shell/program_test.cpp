@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <functional>
 #include <gtest/gtest.h>
-#include <memory>
+#include <list>
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
@@ -22,28 +22,31 @@ namespace {
 constexpr int kPatience = 20'000;  // milliseconds, for what normally takes one or two
 
 struct TraceLine {
-  double seconds = 0.0;
-  std::string event;
-  std::string value;
+  std::string event, value;
 };
 
 // One player with a program folder of its own; starts share it when they share the folder.
 class Player {
  public:
-  explicit Player(const TempFolder& home) : home_(home) {
+  explicit Player(const TempFolder& home, const std::string& medium = {}) : home_(home) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    const auto set = [&environment](const char* name, const std::string& value) {
-      environment.insert(QString::fromLatin1(name), QString::fromStdString(value));
+    const std::pair<const char*, std::string> variables[] = {
+        {"QT_QPA_PLATFORM", "offscreen"},
+        {"KESTRELVIEW_HOME", home.Path()},
+        {"XDG_RUNTIME_DIR", home.Path("run")},
+        {"XDG_CONFIG_HOME", home.Path("config")},
+        {"PULSE_SERVER", "unix:" + home.Path("nobody")},
+        {"KESTRELVIEW_TRACE", home.Path("trace")},
     };
-    set("QT_QPA_PLATFORM", "offscreen");
-    set("KESTRELVIEW_HOME", home.Path());
-    set("XDG_RUNTIME_DIR", home.Path("run"));
-    set("XDG_CONFIG_HOME", home.Path("config"));
-    set("PULSE_SERVER", "unix:" + home.Path("nobody"));
-    set("KESTRELVIEW_TRACE", home.Path("trace"));
+    for (const auto& [name, value] : variables) {
+      environment.insert(QString::fromLatin1(name), QString::fromStdString(value));
+    }
     process_.setProcessEnvironment(environment);
     process_.setProcessChannelMode(QProcess::ForwardedChannels);
     mkdir(home.Path("run").c_str(), S_IRWXU);
+    QStringList arguments;
+    if (!medium.empty()) arguments << QString::fromStdString(medium);
+    process_.start(QStringLiteral(KV_PROGRAM), arguments);
   }
   ~Player() {
     process_.kill();
@@ -52,49 +55,38 @@ class Player {
   Player(const Player&) = delete;
   Player& operator=(const Player&) = delete;
 
-  void Start(const std::string& medium = {}) {
-    QStringList arguments;
-    if (!medium.empty()) arguments << QString::fromStdString(medium);
-    process_.start(QStringLiteral(KV_PROGRAM), arguments);
-  }
-
   std::vector<TraceLine> Lines() const {
     std::vector<TraceLine> lines;
     std::istringstream trace(home_.Read("trace"));
-    for (std::string text; std::getline(trace, text);) {
-      TraceLine line;
+    for (std::string text, seconds; std::getline(trace, text);) {
       std::istringstream fields(text);
-      fields >> line.seconds >> line.event;
-      std::getline(fields >> std::ws, line.value);
-      lines.push_back(line);
+      TraceLine& line = lines.emplace_back();
+      std::getline(fields >> seconds >> line.event >> std::ws, line.value);
     }
     return lines;
   }
 
-  // The position told last; -1 before the first.
-  double Position() const {
-    double position = -1.0;
+  // Those told since the last medium was opened.
+  std::vector<double> Positions() const {
+    std::vector<double> positions;
     for (const TraceLine& line : Lines()) {
-      if (line.event == "position") position = std::stod(line.value);
+      if (line.event == "open") positions.clear();
+      if (line.event == "position") positions.push_back(std::stod(line.value));
     }
-    return position;
+    return positions;
   }
 
   // Stop holds the medium at its start.
   bool Held() const {
-    int held = 0;
-    for (const TraceLine& line : Lines()) {
-      if (line.event == "open") held = 0;
-      if (line.event == "position") held = std::stod(line.value) < 0.1 ? held + 1 : 0;
-    }
-    return held >= 2;
+    const std::vector<double> told = Positions();
+    return told.size() >= 2 && told[told.size() - 2] < 0.1 && told.back() < 0.1;
   }
 
   bool Seen(const std::string& event, const std::string& value = {}) const {
-    for (const TraceLine& line : Lines()) {
-      if (line.event == event && (value.empty() || line.value == value)) return true;
-    }
-    return false;
+    const std::vector<TraceLine> lines = Lines();
+    return std::any_of(lines.begin(), lines.end(), [&](const TraceLine& line) {
+      return line.event == event && (value.empty() || line.value == value);
+    });
   }
 
   bool WaitFor(const std::function<bool()>& condition) {
@@ -106,12 +98,14 @@ class Player {
     }
     return true;
   }
+  bool WaitToSee(const std::string& event, const std::string& value = {}) {
+    return WaitFor([&] { return Seen(event, value); });
+  }
 
   // As the end of a login session does; true when the program left by itself, without a crash.
   bool Terminate() {
     process_.terminate();
-    return process_.waitForFinished(kPatience) && process_.exitStatus() == QProcess::NormalExit &&
-           process_.exitCode() == 0;
+    return Ended(kPatience) && process_.exitStatus() == QProcess::NormalExit;
   }
 
   bool Ended(int milliseconds) {
@@ -123,7 +117,7 @@ class Player {
   QProcess process_;
 };
 
-std::string Medium(const char* name) {
+std::string Medium(const std::string& name) {
   return std::string(KV_MEDIA_FOLDER) + "/" + name;
 }
 
@@ -140,29 +134,32 @@ void WriteConfig(const TempFolder& home, const Settings& settings) {
   ASSERT_TRUE(WriteSettings(home.Path("config.dat"), settings));
 }
 
+Settings ReadConfig(const TempFolder& home) {
+  Settings settings;
+  EXPECT_TRUE(ReadSettings(home.Path("config.dat"), settings));
+  return settings;
+}
+
 // The end of each medium is found and Stop holds it at its start.
 TEST(Program, PlaysEachKindOfMediumToItsEndAndStops) {
-  const std::vector<const char*> media = {"tone.mp3", "tone.flac", "film25.mkv", "film1.mkv",
+  const std::vector<std::string> names = {"tone.mp3", "tone.flac", "film25.mkv", "film1.mkv",
                                           "film_short.mkv"};
-  std::vector<std::unique_ptr<TempFolder>> homes;
-  std::vector<std::unique_ptr<Player>> players;
-  for (const char* name : media) {
-    homes.push_back(std::make_unique<TempFolder>());
-    WriteConfig(*homes.back(), Usual());
-    players.push_back(std::make_unique<Player>(*homes.back()));
-    players.back()->Start(Medium(name));
+  std::list<TempFolder> homes(names.size());
+  std::list<Player> players;
+  auto home = homes.begin();
+  for (const std::string& name : names) {
+    WriteConfig(*home, Usual());
+    players.emplace_back(*home++, Medium(name));
   }
-  for (std::size_t i = 0; i < media.size(); ++i) {
-    SCOPED_TRACE(media[i]);
-    Player& player = *players[i];
-    ASSERT_TRUE(player.WaitFor([&] { return player.Seen("open", Medium(media[i])); }));
+  auto name = names.begin();
+  for (Player& player : players) {
+    SCOPED_TRACE(*name);
+    ASSERT_TRUE(player.WaitToSee("open", Medium(*name)));
     ASSERT_TRUE(player.WaitFor([&] { return player.Held(); })) << "never stopped";
-    double furthest = 0.0;
-    for (const TraceLine& line : player.Lines()) {
-      if (line.event == "position") furthest = std::max(furthest, std::stod(line.value));
-    }
-    EXPECT_TRUE(furthest > 0.5 || media[i] == std::string("film_short.mkv"));
+    const std::vector<double> told = player.Positions();
+    EXPECT_TRUE(*std::max_element(told.begin(), told.end()) > 0.5 || *name == "film_short.mkv");
     EXPECT_TRUE(player.Terminate());
+    ++name;
   }
 }
 
@@ -173,22 +170,21 @@ TEST(Program, ComesBackWhereItWasLeft) {
   settings.Volume = 42;
   WriteConfig(home, settings);
   {
-    Player player(home);
-    player.Start(Medium("film1.mkv"));
-    ASSERT_TRUE(player.WaitFor([&] { return player.Position() > 1.0; }));
+    Player player(home, Medium("film1.mkv"));
+    ASSERT_TRUE(player.WaitFor([&] {
+      const std::vector<double> told = player.Positions();
+      return !told.empty() && told.back() > 1.0;
+    }));
     ASSERT_TRUE(player.Terminate());
   }
-  Settings saved;
-  ASSERT_TRUE(ReadSettings(home.Path("config.dat"), saved));
-  EXPECT_EQ(saved.CurrentFile, Medium("film1.mkv"));
+  const Settings saved = ReadConfig(home);
   EXPECT_EQ(saved.RecentFiles[0], Medium("film1.mkv"));
   EXPECT_EQ(saved.Volume, 42);
   EXPECT_GT(saved.LastPosition, 1.0);
   home.Write("trace", "");
   Player again(home);
-  again.Start();
-  ASSERT_TRUE(again.WaitFor([&] { return again.Position() >= 0.0; }));
-  EXPECT_NEAR(again.Position(), saved.LastPosition, 1.0);
+  ASSERT_TRUE(again.WaitFor([&] { return !again.Positions().empty(); }));
+  EXPECT_NEAR(again.Positions().back(), saved.LastPosition, 1.0);
   EXPECT_TRUE(again.Terminate());
 }
 
@@ -203,17 +199,16 @@ std::vector<std::string> Opened(const Player& player) {
 }
 
 TEST(Program, RunsThroughAListAsItsModesSay) {
-  struct Case {
+  const struct {
     bool auto_next;
     int repeat_mode;
     std::vector<std::string> opened;
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {false, 0, {"film_short.mkv"}},
       {true, 0, {"film_short.mkv", "tone.wav"}},
       {true, 2, {"film_short.mkv", "tone.wav", "film_short.mkv", "tone.wav"}},
   };
-  for (const Case& each : cases) {
+  for (const auto& each : cases) {
     SCOPED_TRACE(each.auto_next ? each.repeat_mode : -1);
     const TempFolder home;
     Settings settings = Usual();
@@ -222,18 +217,15 @@ TEST(Program, RunsThroughAListAsItsModesSay) {
     settings.RepeatMode = each.repeat_mode;
     WriteConfig(home, settings);
     home.Write("list.m3u", Medium("film_short.mkv") + "\r\n" + Medium("tone.wav") + "\r\n");
-    Player player(home);
-    player.Start(home.Path("list.m3u"));
+    Player player(home, home.Path("list.m3u"));
     EXPECT_TRUE(player.WaitFor([&] { return Opened(player) == each.opened; }));
     if (each.repeat_mode == 0) {
       EXPECT_TRUE(player.WaitFor([&] { return player.Held(); }));
       EXPECT_EQ(Opened(player), each.opened);
     }
     ASSERT_TRUE(player.Terminate());
-    Settings saved;
-    ASSERT_TRUE(ReadSettings(home.Path("config.dat"), saved));
-    EXPECT_EQ(saved.PlaylistFile, home.Path("list.m3u"));
-    EXPECT_EQ(saved.PlaylistIndex, each.opened.back() == "tone.wav" ? 2 : 1);
+    EXPECT_EQ(ReadConfig(home).PlaylistFile, home.Path("list.m3u"));
+    EXPECT_EQ(ReadConfig(home).PlaylistIndex, each.opened.back() == "tone.wav" ? 2 : 1);
   }
 }
 
@@ -244,18 +236,10 @@ TEST(Program, ReturnsToTheSectionOfAResumeFileAndStaysInIt) {
   WriteConfig(home, settings);
   home.Write("spot.kvr", "[RESUME_FILE]\r\nPath=" + Medium("film1.mkv") +
                              "\r\nPOS=2,5\r\nPLFile=0\r\nPLID=0\r\nENDPOS=3.5\r\n");
-  Player player(home);
-  player.Start(home.Path("spot.kvr"));
-  ASSERT_TRUE(player.WaitFor([&] { return player.Seen("open", Medium("film1.mkv")); }));
-  std::vector<double> positions;
-  ASSERT_TRUE(player.WaitFor([&] {
-    positions.clear();
-    for (const TraceLine& line : player.Lines()) {
-      if (line.event == "position") positions.push_back(std::stod(line.value));
-    }
-    return positions.size() >= 5;
-  }));
-  for (const double position : positions) {
+  Player player(home, home.Path("spot.kvr"));
+  ASSERT_TRUE(player.WaitToSee("open", Medium("film1.mkv")));
+  ASSERT_TRUE(player.WaitFor([&] { return player.Positions().size() >= 5; }));
+  for (const double position : player.Positions()) {
     EXPECT_GT(position, 2.3);
     EXPECT_LT(position, 3.9);
   }
@@ -266,19 +250,15 @@ TEST(Program, HandsOverToTheOneThatRuns) {
   const TempFolder home;
   WriteConfig(home, Usual());
   Player first(home);
-  first.Start();
-  ASSERT_TRUE(first.WaitFor([&] { return first.Seen("window"); }));
-  Player second(home);
-  second.Start(Medium("tone.mp3"));
+  ASSERT_TRUE(first.WaitToSee("window"));
+  Player second(home, Medium("tone.mp3"));
   ASSERT_TRUE(second.Ended(kPatience)) << "a second start with a path leaves at once";
-  EXPECT_TRUE(first.WaitFor([&] { return first.Seen("open", Medium("tone.mp3")); }));
-  // A start that took its path from the command line has heard it already.
+  EXPECT_TRUE(first.WaitToSee("open", Medium("tone.mp3")));
   EXPECT_TRUE(first.Terminate());
-  Player third(home);
-  third.Start(Medium("tone.flac"));
-  ASSERT_TRUE(third.WaitFor([&] { return third.Seen("open", Medium("tone.flac")); }));
-  Player fourth(home);
-  fourth.Start(Medium("tone.wav"));
+  // A start that took its path from the command line has heard it already.
+  Player third(home, Medium("tone.flac"));
+  ASSERT_TRUE(third.WaitToSee("open", Medium("tone.flac")));
+  Player fourth(home, Medium("tone.wav"));
   ASSERT_TRUE(fourth.Ended(kPatience));
   EXPECT_FALSE(third.Seen("open", Medium("tone.wav")));
   EXPECT_TRUE(third.Terminate());
@@ -288,37 +268,29 @@ TEST(Program, HandsOverToTheOneThatRuns) {
 TEST(Program, LeavesABoxOfItsStartWhenTheSessionEnds) {
   const TempFolder home;
   WriteConfig(home, Usual());
-  Player player(home);
-  player.Start(home.Path("nothing.mkv"));
-  ASSERT_TRUE(player.WaitFor([&] { return player.Seen("start"); }));
+  Player player(home, home.Path("nothing.mkv"));
+  ASSERT_TRUE(player.WaitToSee("start"));
   EXPECT_FALSE(player.Ended(300));
   EXPECT_TRUE(player.Terminate());
   EXPECT_FALSE(player.Seen("window"));
 }
 
 TEST(Program, ComesUpWhateverItsSettingsHold) {
-  const std::vector<std::pair<const char*, std::string>> contents = {
-      {"nothing", ""},
+  const std::pair<const char*, std::string> contents[] = {
+      {"a folder", ""},
       {"all bits", std::string(700, '\xff')},
       {"lengths past the end", std::string(2, '\0') + std::string(5, '\x7f')},
   };
   for (const auto& [name, bytes] : contents) {
     SCOPED_TRACE(name);
     const TempFolder home;
-    home.Write("config.dat", bytes);
-    // No welcome sound, which would be waited for.
-    home.Write("welcome_to_ostrand.wav", "");
+    const bool folder = &name == &contents[0].first;
+    folder ? home.MakeFolder("config.dat") : home.Write("config.dat", bytes);
+    home.Write("welcome_to_ostrand.wav", "");  // no welcome sound, which would be waited for
     Player player(home);
-    player.Start();
-    EXPECT_TRUE(player.WaitFor([&] { return player.Seen("window"); }));
+    EXPECT_TRUE(player.WaitToSee("window"));
     EXPECT_TRUE(player.Terminate());
   }
-  const TempFolder home;
-  home.MakeFolder("config.dat");
-  Player player(home);
-  player.Start();
-  EXPECT_TRUE(player.WaitFor([&] { return player.Seen("window"); }));
-  EXPECT_TRUE(player.Terminate());
 }
 
 }  // namespace

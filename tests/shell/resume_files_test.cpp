@@ -1,28 +1,14 @@
 // Resume files on the disk, the engine over a fake graph.
 #include "shell/resume_files.h"
 
-#include "support/fake_text_platform.h"
-#include "support/movie_world.h"
-#include "support/scripted_dialogs.h"
-#include "support/temp_folder.h"
+#include "shell/shell_test.h"
 
-#include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
-#include <string_view>
 #include <sys/stat.h>
-#include <vector>
 
 namespace kv {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
-class ResumeFilesTest : public testing::Test, protected MovieWorld, protected ResumeFilesHost {
- protected:
+struct ResumeFilesTest : testing::Test, MovieWorld, ResumeFilesHost {
   ResumeFilesTest() {
     film = MakeMedium("Film.avi");
     other = MakeMedium("other.avi");
@@ -55,11 +41,20 @@ class ResumeFilesTest : public testing::Test, protected MovieWorld, protected Re
     movie.DS_Play();
   }
 
+  // Under the name that the user picks: the position, or the end, which `clear` takes out.
+  void Save(const std::string& name, bool end = false, bool clear = false) {
+    dialogs.WillPickFile(name);
+    resume.SaveResumeFile(end, clear);
+  }
   bool Open(std::string_view content) {
     temp.Write("r.kvr", content);
     bool from_playlist = false;
     resume.OpenResumeFile(temp.Path("r.kvr"), from_playlist, true);
     return from_playlist;
+  }
+  // Where the session resumes, and where that ends.
+  std::pair<double, double> Resumes() const {
+    return {session.ResumePosition, session.ResumeEndPosition};
   }
   static std::string Section(const std::string& path, const std::string& rest) {
     return "[RESUME_FILE]\r\nPath=" + path + "\r\n" + rest;
@@ -82,21 +77,17 @@ TEST_F(ResumeFilesTest, SavesWhereTheMediumStands) {
   settings.PlayingFromPlaylist = -1;
   settings.PlaylistIndex = 12;
   dialogs.WhileOpen([this] { time.Advance(5000); });  // it is halted meanwhile
-  dialogs.WillPickFile(temp.Path("new.txt"));
-  resume.SaveResumeFile(false, false);
+  Save(temp.Path("new.txt"));
   EXPECT_EQ(temp.Read("new.txt.kvr"),
             "[RESUME_FILE]\r\nPath=" + film + "\r\nPOS=34.5\r\nPLFile=-1\r\nPLID=12\r\n");
-  EXPECT_EQ(session.ResumePosition, 34.5);
-  EXPECT_EQ(session.ResumeEndPosition, 0.0);
+  EXPECT_EQ(Resumes(), std::pair(34.5, 0.0));
   EXPECT_EQ(settings.LastOpenFolder, temp.Path());
   EXPECT_THAT(log, ElementsAre("mark"));
   EXPECT_TRUE(Playing());
-  EXPECT_EQ(dialogs.FileRequests().front().folder, "/start/");
-  EXPECT_EQ(dialogs.FileRequests().front().file_name, "Film.avi");
-
+  const FileDialogRequest& request = dialogs.FileRequests().front();
+  EXPECT_EQ(request.folder + request.file_name, "/start/Film.avi");
   movie.DS_Pause();
-  dialogs.WillPickFile(temp.Path("PAUSED.KVR"));
-  resume.SaveResumeFile(false, false);
+  Save(temp.Path("PAUSED.KVR"));
   EXPECT_NE(temp.Read("PAUSED.KVR"), "");
   EXPECT_TRUE(movie.DS_IsPaused());
 }
@@ -105,17 +96,15 @@ TEST_F(ResumeFilesTest, AsksBeforeItReplacesAndReplacesAsAWhole) {
   const std::string name = temp.Write("r.kvr", "[RESUME_FILE]\nENDPOS=50\n[mine]\na=b\n");
   chmod(name.c_str(), 0400);
   PlayFrom(10);
-  dialogs.WillPickFile(name);
   dialogs.WillAnswer(BoxAnswer::kCancel);
-  resume.SaveResumeFile(false, false);
+  Save(name);
   EXPECT_THAT(temp.Read("r.kvr"), HasSubstr("mine"));
   EXPECT_EQ(session.ResumePosition, kNoPosition);
   EXPECT_TRUE(movie.DS_IsPaused());
   EXPECT_EQ(dialogs.LastText(), "The file \"" + name + "\" already exist!\n\nOverwrite ?");
 
-  dialogs.WillPickFile(name);
   dialogs.WillAnswer(BoxAnswer::kOk);
-  resume.SaveResumeFile(false, false);
+  Save(name);
   EXPECT_EQ(temp.Read("r.kvr"),
             "[RESUME_FILE]\r\nPath=" + film + "\r\nPOS=10\r\nPLFile=0\r\nPLID=0\r\n");
   struct stat status {};
@@ -126,20 +115,24 @@ TEST_F(ResumeFilesTest, AsksBeforeItReplacesAndReplacesAsAWhole) {
 TEST_F(ResumeFilesTest, ASaveThatFailsTellsItAndPlaysOn) {
   const std::string name = temp.MakeFolder("folder.kvr");
   PlayFrom(10);
-  dialogs.WillPickFile(name);
-  resume.SaveResumeFile(false, false);
+  Save(name);
   EXPECT_EQ(dialogs.LastText(), "Error saving \"" + name + "\"");
 
   settings.CurrentFile = "/m/two\nlines.avi";  // a name that no line can hold
   const std::string old = temp.Write("old.kvr", "old");
-  dialogs.WillPickFile(old);
   dialogs.WillAnswer(BoxAnswer::kOk);
-  resume.SaveResumeFile(false, false);
+  Save(old);
   EXPECT_EQ(dialogs.LastText(), "Error saving \"" + old + "\"");
   EXPECT_EQ(temp.Read("old.kvr"), "old");
   EXPECT_EQ(session.ResumePosition, kNoPosition);
   EXPECT_THAT(log, IsEmpty());
   EXPECT_FALSE(movie.DS_IsPaused());
+
+  // Nothing is saved nor told once the program ends.
+  dialogs.WhileOpen([this] { session.Unloading = true; });
+  for (const bool end : {false, true}) Save(temp.Path("late.kvr"), end);
+  EXPECT_EQ(temp.Read("late.kvr"), "");
+  EXPECT_EQ(dialogs.Boxes().size(), 3U);
 }
 
 TEST_F(ResumeFilesTest, SetsAndClearsTheEndInAFileThatTheUserHasEdited) {
@@ -148,84 +141,55 @@ TEST_F(ResumeFilesTest, SetsAndClearsTheEndInAFileThatTheUserHasEdited) {
   const std::string name = temp.Write("r.kvr", edited);
   PlayFrom(60.25);
   dialogs.WillPickFile(temp.Path("missing.kvr"));
-  dialogs.WillPickFile(name);
-  resume.SaveResumeFile(true, false);
-  ASSERT_EQ(dialogs.Boxes().size(), 1U);
+  Save(name, true);
   EXPECT_EQ(dialogs.LastText(), "The specified file does not exist!");
   EXPECT_EQ(temp.Read("r.kvr"), edited + "ENDPOS=60.25\n");
-  EXPECT_EQ(session.ResumeEndPosition, 60.25);
-  EXPECT_EQ(session.ResumePosition, kNoPosition);
+  EXPECT_EQ(Resumes(), std::pair(kNoPosition, 60.25));
   EXPECT_TRUE(movie.DS_IsPaused());
 
   settings.CurrentFile = other;  // the file may be any when the end is taken out
-  dialogs.WillPickFile(name);
-  resume.SaveResumeFile(true, true);
+  Save(name, true, true);
   EXPECT_EQ(temp.Read("r.kvr"), edited + "ENDPOS=-1\n");
-  EXPECT_EQ(session.ResumeEndPosition, 60.25);
+  EXPECT_EQ(Resumes(), std::pair(kNoPosition, 60.25));
   EXPECT_EQ(dialogs.Boxes().size(), 1U);
   EXPECT_THAT(log, IsEmpty());
 }
 
 TEST_F(ResumeFilesTest, NoEndIsWrittenIntoAFileOfAnotherMedium) {
-  const std::string name = temp.Write("r.kvr", Section(other, "POS=1\r\n"));
-  const std::string before = temp.Read("r.kvr");
+  const std::string content = Section(other, "POS=1\r\n");
   PlayFrom(60);
-  dialogs.WillPickFile(name);
-  resume.SaveResumeFile(true, false);
-  EXPECT_EQ(temp.Read("r.kvr"), before);
+  Save(temp.Write("r.kvr", content), true);
+  EXPECT_EQ(temp.Read("r.kvr"), content);
   // Nor into what is no resume file at all, even when nothing is current.
   settings.CurrentFile.clear();
-  for (const bool clear : {false, true}) {
-    dialogs.WillPickFile(film);
-    resume.SaveResumeFile(true, clear);
-  }
+  for (const bool clear : {false, true}) Save(film, true, clear);
   EXPECT_EQ(temp.Read("Film.avi"), "film");
-  for (const MessageBoxRequest& box : dialogs.Boxes()) {
-    EXPECT_EQ(box.text, "Resume File does not contain this media!");
-  }
+  EXPECT_EQ(dialogs.LastText(), "Resume File does not contain this media!");
   EXPECT_EQ(dialogs.Boxes().size(), 3U);
   EXPECT_EQ(session.ResumeEndPosition, kNoPosition);
 }
 
-TEST_F(ResumeFilesTest, NothingIsSavedOnceTheProgramEnds) {
-  PlayFrom(10);
-  dialogs.WhileOpen([this] { session.Unloading = true; });
-  for (const bool end : {false, true}) {
-    dialogs.WillPickFile(temp.Path("r.kvr"));
-    resume.SaveResumeFile(end, false);
-  }
-  EXPECT_EQ(temp.Entries(), 2);
-  EXPECT_THAT(dialogs.Boxes(), IsEmpty());
-}
-
 TEST_F(ResumeFilesTest, NamesOfAnyBytesAndNumbersOfAnySizeSurvive) {
-  const std::string long_name = std::string(200, 'a') + ".avi";
   std::string deep;
-  for (int i = 0; i < 15; ++i) deep += std::string(200, static_cast<char>('a' + i)) + "/";
-  const struct {
-    std::string name;
-    double position;
-  } rows[] = {
-      {" blanks .avi ", 1.0 / 3.0}, {"\xff\xfe bytes.avi", 1e-5}, {"\"quoted\"", 99.99999999999999},
-      {"; [x] = y.avi", 0.1},       {deep + long_name, 12.0},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    const std::string path = MakeMedium(row.name);
-    movie.DS_OpenFile(path, 0, 0, 320, 200, 7);
-    movie.DS_SetPosition(row.position);
-    settings.CurrentFile = path;
-    const std::string name = temp.Path("r.kvr");
-    std::filesystem::remove(name);
-    dialogs.WillPickFile(name);
-    resume.SaveResumeFile(false, false);
+  for (int i = 0; i < 16; ++i) deep += std::string(200, static_cast<char>('a' + i)) + "/";
+  const std::pair<std::string, double> media[] = {{" blanks .avi ", 1.0 / 3.0},
+                                                  {"\xff\xfe bytes.avi", 1e-5},
+                                                  {"\"quoted\"", 99.99999999999999},
+                                                  {"; [x] = y.avi", 0.1},
+                                                  {deep + "a.avi", 12.0}};
+  for (const auto& [name, position] : media) {
+    SCOPED_TRACE(name);
+    settings.CurrentFile = MakeMedium(name);
+    movie.DS_OpenFile(settings.CurrentFile, 0, 0, 320, 200, 7);
+    movie.DS_SetPosition(position);
+    std::filesystem::remove(temp.Path("r.kvr"));
+    Save(temp.Path("r.kvr"));
     movie.DS_Remove();
     session.ResumePosition = kNoPosition;
-    bool from_playlist = false;
-    resume.OpenResumeFile(name, from_playlist, false);
-    EXPECT_EQ(log.back(), "open " + path);
-    EXPECT_EQ(session.ResumePosition, row.position);
-    EXPECT_EQ(movie.DS_GetPosition(), row.position);
+    Open(temp.Read("r.kvr"));
+    EXPECT_EQ(log.back(), "open " + temp.Path(name));
+    EXPECT_EQ(session.ResumePosition, position);
+    EXPECT_EQ(movie.DS_GetPosition(), position);
   }
   EXPECT_THAT(dialogs.Boxes(), IsEmpty());
 }
@@ -234,9 +198,7 @@ TEST_F(ResumeFilesTest, GoesToThePositionAndPlaysAsTheSettingsSay) {
   enum { kHalted, kPlaying, kPaused };
   const struct {
     const char* position;
-    bool auto_play;
-    bool auto_start;
-    bool same_medium;
+    bool auto_play, auto_start, same_medium;
     double seconds;
     int state;
   } rows[] = {{"POS=30", false, false, false, 30.0, kHalted},
@@ -263,19 +225,12 @@ TEST_F(ResumeFilesTest, GoesToThePositionAndPlaysAsTheSettingsSay) {
 TEST_F(ResumeFilesTest, LooksForTheMediumInTheListButNeverAtItsLastEntry) {
   const struct {
     const char* flag;
-    bool last;
-    bool found;
-  } rows[] = {{"-1", false, true},
-              {"-1", true, false},
-              {"0", false, false},
-              {"True", false, true},
-              {"maybe", false, false}};
+    bool last, found;
+  } rows[] = {{"-1", false, true}, {"-1", true, false}, {"0", false, false}, {"True", false, true}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.flag);
     list.Clear();
-    if (row.last) list.add(other);
-    list.add(text.Upper(film));
-    if (!row.last) list.add(other);
+    for (const bool ours : {!row.last, row.last}) list.add(ours ? text.Upper(film) : other);
     settings.PlaylistIndex = 1;
     movie.DS_Remove();
     log.clear();
@@ -289,8 +244,7 @@ TEST_F(ResumeFilesTest, TellsAMediumThatIsGone) {
   PlayFrom(10);
   Open(Section("/no/such.avi", "POS=3\nENDPOS=9"));
   EXPECT_EQ(dialogs.LastText(), "File \"/no/such.avi\" does not exist!");
-  EXPECT_EQ(session.ResumePosition, 3.0);
-  EXPECT_EQ(session.ResumeEndPosition, 9.0);
+  EXPECT_EQ(Resumes(), std::pair(3.0, 9.0));
   for (const std::string& content : {std::string(), std::string(1 << 20, '\0'), temp.Path()}) {
     Open(content);
     EXPECT_EQ(dialogs.LastText(), "File \"\" does not exist!");
@@ -326,24 +280,27 @@ TEST_F(ResumeFilesTest, LeavesAnotherMediumAlone) {
     movie.DS_OpenFile(other, 0, 0, 320, 200, 7);
     settings.CurrentFile = other;
   };
-  // The open is refused; a newer one overtakes it; the program ends; all this once more in the pump
-  // that follows the seek.
-  open_other();
-  refuse_open = true;
-  Open(content);
-  refuse_open = false;
-  EXPECT_EQ(movie.DS_GetPosition(), 0.0);
-  after_open = open_other;
-  Open(content);
-  EXPECT_EQ(movie.DS_GetPosition(), 0.0);
-  after_open = [&] { pump.Post(open_other); };
-  Open(content);
-  EXPECT_EQ(settings.CurrentFile, other);
-  EXPECT_FALSE(movie.DS_IsRunning());
-  after_open = [this] { pump.Post([this] { session.Unloading = true; }); };
-  Open(content);
-  EXPECT_EQ(movie.DS_GetPosition(), 30.0);
-  EXPECT_FALSE(movie.DS_IsRunning());
+  const struct {
+    const char* what;
+    bool refused;
+    std::function<void()> meanwhile;
+    double position;
+  } rows[] = {
+      {"the open is refused", true, [] {}, 0},
+      {"a newer one overtakes it", false, open_other, 0},
+      {"and in the pump that follows the seek", false, [&] { pump.Post(open_other); }, 0},
+      {"the program ends there", false, [this] { pump.Post([this] { session.Unloading = true; }); },
+       30},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    open_other();
+    refuse_open = row.refused;
+    after_open = row.meanwhile;
+    Open(content);
+    EXPECT_EQ(movie.DS_GetPosition(), row.position);
+    EXPECT_FALSE(movie.DS_IsRunning());
+  }
 }
 
 }  // namespace

@@ -1,23 +1,14 @@
 // The settings' way in and out, through a real file and real slider models.
 #include "shell/settings_life.h"
 
+#include "shell/shell_test.h"
 #include "state/settings_file.h"
-#include "support/fake_shell_services.h"
 #include "support/slider_world.h"
-#include "support/temp_folder.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace kv {
 namespace {
 
-using testing::ElementsAre;
-
-class SettingsLifeTest : public testing::Test, protected SliderWorld, protected SettingsHost {
- protected:
+struct SettingsLifeTest : testing::Test, SliderWorld, SettingsHost {
   void ShowAbout() override { log.emplace_back("about"); }
   void SetMeterSampleRate(int hertz) override { log.push_back("rate " + std::to_string(hertz)); }
   void LoadColorInfo() override { log.push_back("colours " + settings.ColorScheme); }
@@ -61,9 +52,8 @@ TEST_F(SettingsLifeTest, BringsTheSlidersBackWhateverEachOfThemWrites) {
   record.ColorScheme = "blue.dat";
   Write(record);
   life.LoadSettings();
-  EXPECT_EQ(slider2.Value(), 70);
-  EXPECT_EQ(slider3.Value(), 30);
-  EXPECT_EQ(slider4.Value(), 4);
+  EXPECT_THAT((std::vector{slider2.Value(), slider3.Value(), slider4.Value()}),
+              ElementsAre(70, 30, 4));
   EXPECT_THAT(log, ElementsAre("rate 11025", "colours blue.dat"));
 }
 
@@ -73,24 +63,22 @@ TEST_F(SettingsLifeTest, GreetsAFirstRun) {
   record.PlaylistIndex = 3;
   record.CurrentFile = "/old.mp3";
   Write(record);
-  life.LoadSettings();  // no sound is there: the box comes, at the next start as well
-  EXPECT_EQ(log.front(), "about");
-  EXPECT_TRUE(IsOn(settings.FirstRun));
-  EXPECT_EQ(settings.CurrentFile, "/old.mp3");
-
-  const std::string sound = temp.Write("installed/welcome_to_ostrand.wav", "RIFF");
-  log.clear();
-  life.LoadSettings();
-  EXPECT_EQ(log.front(), "about");
-  EXPECT_FALSE(IsOn(settings.FirstRun));
-  EXPECT_EQ(settings.CurrentFile, sound);
-  EXPECT_EQ(settings.PlaylistIndex, 0);
+  const std::string name = "installed/welcome_to_ostrand.wav", sound = temp.Path(name);
+  for (const bool installed : {false, true}) {  // without its sound the box comes again next time
+    if (installed) temp.Write(name, "RIFF");
+    log.clear();
+    life.LoadSettings();
+    EXPECT_EQ(log.front(), "about");
+    EXPECT_EQ(IsOn(settings.FirstRun), !installed);
+    EXPECT_EQ(settings.CurrentFile, installed ? sound : "/old.mp3");
+    EXPECT_EQ(settings.PlaylistIndex, installed ? 0 : 3);
+  }
   ASSERT_EQ(shell.played.size(), 1U);
   EXPECT_EQ(shell.played[0].file, sound);
   EXPECT_TRUE(shell.played[0].wait);
 }
 
-TEST_F(SettingsLifeTest, ForgetsTheLastMediumUnlessItIsToComeBack) {
+TEST_F(SettingsLifeTest, ForgetsWhatWasPlayedUnlessItIsToComeBack) {
   const struct {
     bool auto_load_last, restart_playing, kept;
   } rows[] = {{false, false, false}, {true, false, true}, {false, true, true}};
@@ -102,9 +90,10 @@ TEST_F(SettingsLifeTest, ForgetsTheLastMediumUnlessItIsToComeBack) {
     record.RestartPlaying = FromBool(row.restart_playing);
     Write(record);
     life.LoadSettings();
-    EXPECT_EQ(settings.PlaylistFile, row.kept ? "/m/list.m3u" : "");
-    EXPECT_EQ(settings.CurrentFile, row.kept ? "/m/a.mp3" : "");
+    EXPECT_EQ(settings.PlaylistFile + settings.CurrentFile, row.kept ? "/m/list.m3u/m/a.mp3" : "");
   }
+  life.SaveSettings("/m/a.mp3 -Clear");
+  EXPECT_EQ(Stored().CurrentFile, "");
 }
 
 TEST_F(SettingsLifeTest, KeepsTheNormalRectangleOfEarlierRuns) {
@@ -129,16 +118,6 @@ TEST_F(SettingsLifeTest, KeepsTheNormalRectangleOfEarlierRuns) {
     EXPECT_EQ(Stored().LastWindowState, static_cast<int>(row.state));
     EXPECT_EQ(IsOn(Stored().FullScreen), row.full_screen);
   }
-}
-
-TEST_F(SettingsLifeTest, ForgetsWithTheClearSwitchWhatWasPlayed) {
-  Settings record;
-  record.AutoLoadLast = FromBool(true);
-  record.CurrentFile = "/m/a.mp3";
-  Write(record);
-  life.LoadSettings();
-  life.SaveSettings("/m/a.mp3 -Clear");
-  EXPECT_EQ(Stored().CurrentFile, "");
 }
 
 TEST_F(SettingsLifeTest, NeverReplacesARecordThatWasNotRead) {

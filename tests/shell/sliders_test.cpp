@@ -3,12 +3,8 @@
 // The media last 100 s, so that a second is a pixel.
 #include "shell/sliders.h"
 
+#include "shell/shell_test.h"
 #include "support/slider_world.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace kv {
 namespace {
@@ -30,28 +26,24 @@ struct Bench : SliderWorld {
   }
 };
 
-struct Drag {
-  const char* what;
-  bool video, ctrl, show_frames, playing;  // before
-  bool follows, paused, scrubbing;         // with the knob at 40
-  bool plays_on;                           // after it was let go
-};
-
-constexpr Drag kDrags[] = {
-    {"sound, playing", false, false, true, true, false, false, false, true},
-    {"sound, paused", false, false, true, false, false, true, false, false},
-    {"sound, Ctrl", false, true, true, true, false, true, false, true},
-    {"picture stays, playing", true, false, false, true, false, false, false, true},
-    {"picture stays, paused", true, false, false, false, false, true, false, false},
-    {"picture follows, playing", true, false, true, true, true, true, false, true},
-    {"picture follows, paused", true, false, true, false, true, true, false, false},
-    {"picture, Ctrl, playing", true, true, false, true, true, true, true, true},
-    {"picture, Ctrl, paused", true, true, false, false, true, true, true, false},
-};
-
 TEST(Sliders, ADragOfThePositionFollowsOrWaits) {
+  const struct {
+    const char* what;
+    bool video, ctrl, show_frames, playing;  // before
+    bool follows, paused, scrubbing;         // with the knob at 40
+    bool plays_on;                           // after it was let go
+  } drags[] = {
+      {"sound, playing", false, false, true, true, false, false, false, true},
+      {"sound, paused", false, false, true, false, false, true, false, false},
+      {"sound, Ctrl", false, true, true, true, false, true, false, true},
+      {"picture stays, playing", true, false, false, true, false, false, false, true},
+      {"picture follows, playing", true, false, true, true, true, true, false, true},
+      {"picture follows, paused", true, false, true, false, true, true, false, false},
+      {"picture, Ctrl, playing", true, true, false, true, true, true, true, true},
+      {"picture, Ctrl, paused", true, true, false, false, true, true, true, false},
+  };
   for (const bool on_track : {false, true}) {
-    for (const Drag& drag : kDrags) {
+    for (const auto& drag : drags) {
       SCOPED_TRACE(std::string(drag.what) + (on_track ? ", from the track" : ", from the knob"));
       Bench bench;
       bench.settings.ShowFramesWhileScrolling = FromBool(drag.show_frames);
@@ -83,26 +75,21 @@ TEST(Sliders, ADragOfThePositionFollowsOrWaits) {
 }
 
 TEST(Sliders, ALostDragEndsAsOneLetGo) {
-  for (const bool ctrl : {false, true}) {
+  for (const std::int16_t shift : {std::int16_t{0}, kCtrlKey}) {
     Bench bench;
     bench.settings.ShowFramesWhileScrolling = FromBool(true);
     bench.Open(true, true);
-    bench.slider1.PointerDown(kLeftButton, ctrl ? kCtrlKey : std::int16_t{0}, 15, 10);
+    bench.slider1.PointerDown(kRightButton, shift, 80, 10);  // this one does not scrub
+    EXPECT_FALSE(bench.sliders.CtrlScrubbing());
+    bench.slider1.PointerUp(kRightButton, shift, 80, 10);
+    EXPECT_TRUE(bench.Playing());
+    bench.slider1.PointerDown(kLeftButton, shift, 15, 10);
     bench.slider1.PointerMove(kLeftButton, 45, 10);
     EXPECT_FALSE(bench.Playing());
     bench.slider1.CancelDrag();
     EXPECT_TRUE(bench.Playing());
     EXPECT_FALSE(bench.sliders.CtrlScrubbing());
   }
-}
-
-TEST(Sliders, OnlyTheLeftButtonScrubs) {
-  Bench bench;
-  bench.Open(true, true);
-  bench.slider1.PointerDown(kRightButton, kCtrlKey, 80, 10);
-  EXPECT_FALSE(bench.sliders.CtrlScrubbing());
-  bench.slider1.PointerUp(kRightButton, kCtrlKey, 80, 10);
-  EXPECT_TRUE(bench.Playing());
 }
 
 TEST(Sliders, AStreamWithoutPositionShowsNoTime) {

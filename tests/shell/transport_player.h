@@ -2,13 +2,12 @@
 // is written down in `log`.
 #pragma once
 
+#include "shell/shell_test.h"
 #include "shell/transport.h"
 #include "shell/wheel_seek.h"
 #include "support/slider_world.h"
 
 #include <sstream>
-#include <string>
-#include <vector>
 
 namespace kv {
 

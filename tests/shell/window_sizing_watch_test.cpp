@@ -1,18 +1,10 @@
 // What the messages of a moved and sized window do, in each state that matters to them.
 #include "shell/window_sizing_watch.h"
 
-#include "support/movie_world.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
+#include "shell/shell_test.h"
 
 namespace kv {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 struct Form : SizingView {
   bool RenderVisible() const override { return render; }
@@ -32,8 +24,7 @@ struct Form : SizingView {
   std::vector<std::string> log;
 };
 
-class WindowSizingWatchTest : public testing::Test, protected MovieWorld {
- protected:
+struct WindowSizingWatchTest : testing::Test, MovieWorld {
   void Open(int window_milliseconds) {
     factory.media["/m/a.avi"] = {
         .duration = 100, .width = 64, .height = 48, .window_milliseconds = window_milliseconds};
@@ -42,38 +33,33 @@ class WindowSizingWatchTest : public testing::Test, protected MovieWorld {
     factory.calls.clear();
   }
 
+  std::vector<std::string> TakeLog() { return std::exchange(form.log, {}); }
+
   Form form;
   WindowSizingWatch watch{movie, settings, session,
                           time,  form,     [] { return PictureRectangle{1, 2, 30, 40}; }};
 };
 
-TEST_F(WindowSizingWatchTest, HidesThePictureWhileTheFrameIsDragged) {
-  settings.SilentSizing = FromBool(true);
-  Open(0);
-  EXPECT_FALSE(watch.NewMessage(WindowMessage::kSize));
-  watch.NewMessage(WindowMessage::kSizing);
-  EXPECT_THAT(form.log, ElementsAre("no panel", "no render", "no meter"));
-  form.log.clear();
-  EXPECT_TRUE(watch.NewMessage(WindowMessage::kSize));
-  watch.NewMessage(WindowMessage::kWindowPosChanging);
-  EXPECT_THAT(factory.calls, IsEmpty());
-  EXPECT_THAT(form.log, ElementsAre("scale"));
-  form.log.clear();
-  watch.NewMessage(WindowMessage::kExitSizeMove);
-  EXPECT_THAT(form.log, ElementsAre("lock", "resize", "panel", "render", "meter", "unlock"));
-  EXPECT_FALSE(watch.NewMessage(WindowMessage::kSize));
-  form.log.clear();
-  watch.NewMessage(WindowMessage::kExitSizeMove);  // the end of a mere move
-  EXPECT_THAT(form.log, IsEmpty());
-}
-
-TEST_F(WindowSizingWatchTest, LeavesThePictureAloneUnlessWantedAndOpen) {
+TEST_F(WindowSizingWatchTest, HidesThePictureWhileTheFrameIsDraggedIfWantedAndOpen) {
   settings.SilentSizing = FromBool(true);
   watch.NewMessage(WindowMessage::kSizing);
   Open(0);
   settings.SilentSizing = FromBool(false);
   watch.NewMessage(WindowMessage::kSizing);
-  EXPECT_THAT(form.log, IsEmpty());
+  EXPECT_FALSE(watch.NewMessage(WindowMessage::kSize));
+  EXPECT_THAT(TakeLog(), IsEmpty());
+  settings.SilentSizing = FromBool(true);
+  watch.NewMessage(WindowMessage::kSizing);
+  EXPECT_THAT(TakeLog(), ElementsAre("no panel", "no render", "no meter"));
+  EXPECT_TRUE(watch.NewMessage(WindowMessage::kSize));
+  watch.NewMessage(WindowMessage::kWindowPosChanging);
+  EXPECT_THAT(factory.calls, IsEmpty());
+  EXPECT_THAT(TakeLog(), ElementsAre("scale"));
+  watch.NewMessage(WindowMessage::kExitSizeMove);
+  EXPECT_THAT(TakeLog(), ElementsAre("lock", "resize", "panel", "render", "meter", "unlock"));
+  EXPECT_FALSE(watch.NewMessage(WindowMessage::kSize));
+  watch.NewMessage(WindowMessage::kExitSizeMove);  // the end of a mere move
+  EXPECT_THAT(TakeLog(), IsEmpty());
 }
 
 TEST_F(WindowSizingWatchTest, FollowsAMoveUntilThatTakesTooLong) {

@@ -75,10 +75,7 @@ class FakeGraph : public FilterGraph {
     return true;
   }
 
-  bool Pause() override {
-    Note("Pause");
-    return Halt();
-  }
+  bool Pause() override { return Noted("Pause") && Halt(); }
 
   bool Stop() override {
     Note("Stop");
@@ -87,9 +84,7 @@ class FakeGraph : public FilterGraph {
     return true;
   }
 
-  std::optional<double> get_Duration() const override {
-    return ready_ ? std::optional(medium_.duration) : std::nullopt;
-  }
+  std::optional<double> get_Duration() const override { return If(ready_, medium_.duration); }
 
   bool put_CurrentPosition(double seconds) override {
     Note("put_CurrentPosition", seconds);
@@ -98,9 +93,7 @@ class FakeGraph : public FilterGraph {
     return true;
   }
 
-  std::optional<double> get_CurrentPosition() const override {
-    return ready_ ? std::optional(Position()) : std::nullopt;
-  }
+  std::optional<double> get_CurrentPosition() const override { return If(ready_, Position()); }
 
   bool put_Rate(double rate) override {
     Note("put_Rate", rate);
@@ -110,50 +103,28 @@ class FakeGraph : public FilterGraph {
     return true;
   }
 
-  std::optional<double> get_Rate() const override {
-    return ready_ ? std::optional(rate_) : std::nullopt;
-  }
+  std::optional<double> get_Rate() const override { return If(ready_, rate_); }
 
   bool put_Volume(int volume) override {
-    Note("put_Volume", volume);
-    return Store(ready_, volume_, volume);
+    return Noted("put_Volume", volume) && Store(ready_, volume_, volume);
   }
-  std::optional<int> get_Volume() const override {
-    return ready_ ? std::optional(volume_) : std::nullopt;
-  }
+  std::optional<int> get_Volume() const override { return If(ready_, volume_); }
 
   bool put_Balance(int balance) override {
-    Note("put_Balance", balance);
-    return Store(ready_, balance_, balance);
+    return Noted("put_Balance", balance) && Store(ready_, balance_, balance);
   }
-  std::optional<int> get_Balance() const override {
-    return ready_ ? std::optional(balance_) : std::nullopt;
-  }
+  std::optional<int> get_Balance() const override { return If(ready_, balance_); }
 
   bool put_WindowStyle(std::uint32_t style) override {
-    Note("put_WindowStyle", style);
-    return HasPicture();
+    return Noted("put_WindowStyle", style) && HasPicture();
   }
   bool put_Owner(WindowHandle owner) override {
-    Note("put_Owner", owner);
-    return Store(HasPicture(), owner_, owner);
+    return Noted("put_Owner", owner) && Store(HasPicture(), owner_, owner);
   }
-  bool put_Top(int top) override {
-    Note("put_Top", top);
-    return HasPicture();
-  }
-  bool put_Left(int left) override {
-    Note("put_Left", left);
-    return HasPicture();
-  }
-  bool put_Width(int width) override {
-    Note("put_Width", width);
-    return HasPicture();
-  }
-  bool put_Height(int height) override {
-    Note("put_Height", height);
-    return HasPicture();
-  }
+  bool put_Top(int top) override { return Noted("put_Top", top) && HasPicture(); }
+  bool put_Left(int left) override { return Noted("put_Left", left) && HasPicture(); }
+  bool put_Width(int width) override { return Noted("put_Width", width) && HasPicture(); }
+  bool put_Height(int height) override { return Noted("put_Height", height) && HasPicture(); }
 
   bool SetWindowPosition(int left, int top, int width, int height) override {
     Note("SetWindowPosition", left, top, width, height);
@@ -162,30 +133,19 @@ class FakeGraph : public FilterGraph {
   }
 
   bool put_FullScreenMode(bool on) override {
-    Note("put_FullScreenMode", on);
-    return HasPicture();
+    return Noted("put_FullScreenMode", on) && HasPicture();
   }
-  bool HideCursor(bool hide) override {
-    Note("HideCursor", hide);
-    return HasPicture();
-  }
-  std::optional<bool> IsCursorHidden() const override {
-    return HasPicture() ? std::optional(false) : std::nullopt;
-  }
+  bool HideCursor(bool hide) override { return Noted("HideCursor", hide) && HasPicture(); }
+  std::optional<bool> IsCursorHidden() const override { return If(HasPicture(), false); }
 
   std::optional<double> get_AvgTimePerFrame() const override {
     if (!HasPicture() || !(medium_.frames_per_second > 0.0)) return std::nullopt;
     return 1.0 / medium_.frames_per_second;
   }
-  std::optional<int> get_BitRate() const override {
-    return HasPicture() ? std::optional(0) : std::nullopt;
-  }
-  std::optional<int> get_BitErrorRate() const override {
-    return HasPicture() ? std::optional(0) : std::nullopt;
-  }
+  std::optional<int> get_BitRate() const override { return If(HasPicture(), 0); }
+  std::optional<int> get_BitErrorRate() const override { return If(HasPicture(), 0); }
   std::optional<VideoSize> GetVideoSize() const override {
-    if (!HasPicture()) return std::nullopt;
-    return VideoSize{medium_.width, medium_.height};
+    return If(HasPicture(), VideoSize{medium_.width, medium_.height});
   }
 
   std::vector<MediaTrack> Tracks() const override {
@@ -225,9 +185,7 @@ class FakeGraph : public FilterGraph {
   }
 
  private:
-  static constexpr int kGoesOn = 0;
-  static constexpr int kComplete = 1;
-  static constexpr int kAborted = 2;
+  enum Completion { kGoesOn = 0, kComplete = 1, kAborted = 2 };
   static constexpr std::int64_t kPollMilliseconds = 20;
   static constexpr std::int64_t kPatience = 60000;
 
@@ -269,12 +227,22 @@ class FakeGraph : public FilterGraph {
     return allowed;
   }
 
+  template <class T>
+  static std::optional<T> If(bool there, T value) {
+    return there ? std::optional(value) : std::nullopt;
+  }
+
   template <class... T>
   void Note(const char* name, const T&... arguments) {
     std::ostringstream line;
     line << name;
     ((line << ' ' << arguments), ...);
     calls_.push_back(line.str());
+  }
+  template <class... T>
+  bool Noted(const char* name, const T&... arguments) {
+    Note(name, arguments...);
+    return true;
   }
 
   VirtualTime& time_;

@@ -38,7 +38,6 @@ class ScriptedDialogs : public Dialogs {
 
   const std::vector<MessageBoxRequest>& Boxes() const { return boxes_; }
   const std::vector<FileDialogRequest>& FileRequests() const { return file_requests_; }
-  const std::vector<std::int32_t>& ColorRequests() const { return color_requests_; }
 
   // The text of the last box, empty when there was none.
   std::string LastText() const { return boxes_.empty() ? std::string() : boxes_.back().text; }
@@ -62,8 +61,7 @@ class ScriptedDialogs : public Dialogs {
     return result;
   }
 
-  ColorDialogResult ShowColorDialog(std::int32_t initial, const CustomColors& custom) override {
-    color_requests_.push_back(initial);
+  ColorDialogResult ShowColorDialog(std::int32_t /*initial*/, const CustomColors& custom) override {
     Opened();
     return Next(color_answers_, ColorDialogResult{-1, custom}, "colour dialog");
   }
@@ -97,7 +95,6 @@ class ScriptedDialogs : public Dialogs {
   std::function<void()> while_open_;
   std::vector<MessageBoxRequest> boxes_;
   std::vector<FileDialogRequest> file_requests_;
-  std::vector<std::int32_t> color_requests_;
 };
 
 }  // namespace kv

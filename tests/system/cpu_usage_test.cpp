@@ -27,18 +27,17 @@ class CpuUsageTest : public testing::Test {
 };
 
 TEST_F(CpuUsageTest, PercentOfAllProcessorsRounded) {
-  struct Case {
+  const struct {
     int processors, busy, idle, iowait;
     int percent;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {2, 100, 40, 60, 50},   // waiting is idle
       {1, 1, 201, 0, 1},      // half a percent goes up,
       {1, 1, 202, 0, 0},      // of a share that has four decimals
       {3, 150, -50, 0, 150},  // counters may go back; nothing is clamped
       {2, 0, 0, 0, 100},      // no tick at all
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     Count(c.processors, 1000, 1000, 1000);
     probe.Initialize();
     Count(c.processors, 1000 + c.busy, 1000 + c.idle, 1000 + c.iowait);

@@ -1,11 +1,15 @@
+// What the name of a medium tells, and whether it is there.
 #include "system/paths.h"
 
 #include "support/temp_folder.h"
+#include "system/name_tests.h"
 #include "system/utf8.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <string>
 #include <sys/stat.h>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -46,17 +50,39 @@ TEST(Paths, PartsOfAPath) {
   }
 }
 
+TEST(NameTests, WhatCanBePlayed) {
+  constexpr const char* kSupported = "*.mp3;*.WAV;*.m3u";
+  struct Case {
+    const char* path;
+    const char* supported;
+    bool playable;
+  };
+  for (const Case& c : {Case{"/m/noise.wav", kSupported, true},
+                        Case{"/m/song.mp", kSupported, true},  // a part of ".mp3"
+                        Case{"/m/song.ogg", kSupported, false},
+                        Case{"/m/README", kSupported, true},  // no extension: nothing to look for
+                        Case{"README", kSupported, false},    // a bare name is its own extension
+                        Case{"mms://host/live", "", true}, Case{"HTTPS://host/live", "", true},
+                        Case{"xhttp://host/a.ogg", kSupported, false}}) {
+    EXPECT_EQ(IsPlayableName(c.path, c.supported), c.playable) << c.path;
+  }
+}
+
+TEST(NameTests, KindsAndSchemes) {
+  EXPECT_TRUE(IsUrl("HTTPS://h/a"));
+  EXPECT_FALSE(IsUrl("\\\\host\\a") || IsUrl("http:/h"));
+  EXPECT_TRUE(IsAsfFile("/a.ASX") && !IsAsfFile("/a.asxx"));
+  EXPECT_TRUE(IsM3UFile("C:\\LIST.M3U") && !IsM3UFile("/list.m3u8"));
+}
+
 TEST(Paths, OnlyPlainFilesExistAsFiles) {
   const TempFolder folder;
   const std::string file = folder.Write("a\xFF.mp3", "x");
   ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
   EXPECT_TRUE(FileExists(file));
-  for (const std::string& path :
-       {folder.Path(), folder.Path("pipe"), file + std::string("\0.txt", 5)}) {
-    EXPECT_FALSE(FileExists(path)) << path;
-  }
-  EXPECT_TRUE(FolderExists(folder.Path()));
-  EXPECT_FALSE(FolderExists(file));
+  EXPECT_FALSE(FileExists(folder.Path()) || FileExists(folder.Path("pipe")));
+  EXPECT_FALSE(FileExists(file + std::string("\0.txt", 5)));
+  EXPECT_TRUE(FolderExists(folder.Path()) && !FolderExists(file));
 }
 
 TEST(Paths, RootIsTheMountPoint) {
@@ -98,34 +124,25 @@ TEST(Paths, CompactPathKeepsTheNameAndFits) {
 }
 
 TEST(Utf8, DecodesOnlyWhatIsWellFormed) {
-  struct Case {
-    std::string bytes;
-    std::size_t size;
-    char32_t code;
-    bool valid;
-  };
-  const Case cases[] = {
-      {"a", 1, 'a', true},
-      {"\xE2\x82\xAC", 3, 0x20AC, true},
-      {"\xF0\x9F\x8E\xB5", 4, 0x1F3B5, true},
-      {"\xF4\x8F\xBF\xBF", 4, 0x10FFFF, true},
-      {"\xC0\x80", 1, 0xC0, false},          // longer than needed
-      {"\xED\xA0\x80", 1, 0xED, false},      // surrogate
-      {"\xF4\x90\x80\x80", 1, 0xF4, false},  // beyond the last code point
-      {"\x80", 1, 0x80, false},
-      {"\xE2\x82", 1, 0xE2, false},  // cut
-      {"\xFF", 1, 0xFF, false},
-  };
-  for (const Case& c : cases) {
-    const Utf8Char got = DecodeUtf8(c.bytes, 0);
-    EXPECT_EQ(got.code, c.code);
-    EXPECT_EQ(got.size, c.size);
-    EXPECT_EQ(got.valid, c.valid);
-    if (c.valid) {
-      std::string again;
-      AppendUtf8(again, got.code);
-      EXPECT_EQ(again, c.bytes);
-    }
+  for (const auto& [bytes, code] : {std::pair<std::string, char32_t>{"a", 'a'},
+                                    {"\xE2\x82\xAC", 0x20AC},
+                                    {"\xF0\x9F\x8E\xB5", 0x1F3B5},
+                                    {"\xF4\x8F\xBF\xBF", 0x10FFFF}}) {
+    const Utf8Char got = DecodeUtf8(bytes, 0);
+    EXPECT_TRUE(got.valid) << bytes;
+    EXPECT_EQ(got.code, code);
+    EXPECT_EQ(got.size, bytes.size());
+    std::string again;
+    AppendUtf8(again, got.code);
+    EXPECT_EQ(again, bytes);
+  }
+  // Longer than needed, a surrogate, beyond the last code point, without a head, cut, no code.
+  for (const std::string bytes :
+       {"\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\x80", "\xE2\x82", "\xFF"}) {
+    const Utf8Char got = DecodeUtf8(bytes, 0);
+    EXPECT_FALSE(got.valid) << bytes;
+    EXPECT_EQ(got.code, static_cast<unsigned char>(bytes[0]));
+    EXPECT_EQ(got.size, 1U);
   }
   const std::string mixed = "a\xC3\xA9\xE2\x82\xAC\x82";
   EXPECT_EQ(Utf8Prefix(mixed, 2), "a");

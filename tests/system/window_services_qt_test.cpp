@@ -20,24 +20,23 @@ TEST(WindowServicesQt, PointerIsCountedAndHiddenBeatsBusy) {
   FakePump pump;
   {
     WindowServicesQt services(pump);
-    services.SetCursorHidden(true);
-    services.SetCursorHidden(true);
-    EXPECT_EQ(Pointer(), Qt::BlankCursor);
+    const auto hide = [&](bool hidden) {
+      services.SetCursorHidden(hidden);
+      return Pointer();
+    };
+    hide(true);
+    EXPECT_EQ(hide(true), Qt::BlankCursor);
     services.SetBusyPointer(true);
     EXPECT_EQ(pump.Pumps(), 1);
     EXPECT_EQ(Pointer(), Qt::BlankCursor);
-    services.SetCursorHidden(false);
-    EXPECT_EQ(Pointer(), Qt::BlankCursor);
-    services.SetCursorHidden(false);
-    EXPECT_EQ(Pointer(), Qt::WaitCursor);
+    EXPECT_EQ(hide(false), Qt::BlankCursor);
+    EXPECT_EQ(hide(false), Qt::WaitCursor);
     services.SetBusyPointer(true);
     services.SetBusyPointer(false);
     EXPECT_EQ(Pointer(), Qt::ArrowCursor);
-    services.SetCursorHidden(false);  // shown once more than hidden
-    services.SetCursorHidden(true);
-    EXPECT_EQ(Pointer(), Qt::ArrowCursor);
-    services.SetCursorHidden(true);
-    EXPECT_EQ(Pointer(), Qt::BlankCursor);
+    hide(false);  // shown once more than hidden
+    EXPECT_EQ(hide(true), Qt::ArrowCursor);
+    EXPECT_EQ(hide(true), Qt::BlankCursor);
   }
   EXPECT_EQ(Pointer(), Qt::ArrowCursor);  // nothing stays behind
 }

@@ -1,13 +1,14 @@
-// Everything that commands lead to, as one list of calls.
+// Everything that commands and keys lead to, as one list of calls.
 #pragma once
 
-#include "support/fake_pump.h"
 #include "support/fake_text_platform.h"
+#include "support/movie_world.h"
 #include "support/scripted_dialogs.h"
-#include "support/virtual_time.h"
 #include "view/command_router.h"
+#include "view/key_router.h"
 
 #include <functional>
+#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <utility>
@@ -15,14 +16,15 @@
 
 namespace kv {
 
-class CommandWorld : public CommandTransport,
-                     public CommandMedium,
-                     public CommandWindow,
-                     public CommandForms,
-                     public CommandVisuals,
-                     public CommandTracks,
-                     public MenuPlugins {
- public:
+struct CommandWorld : MovieWorld,
+                      CommandTransport,
+                      CommandMedium,
+                      CommandWindow,
+                      CommandForms,
+                      CommandVisuals,
+                      CommandTracks,
+                      KeyHost,
+                      MenuPlugins {
   CommandWorld() { menu.BuildMenu(); }
 
   // The calls since the last time, joined.
@@ -53,14 +55,8 @@ class CommandWorld : public CommandTransport,
   }
   void ScaleWindow(float Factor) override { Note("scale " + std::to_string(Factor)); }
   void UpdateSettings() override { Note("settings"); }
-  std::string AskForUrl() override {
-    Note("url");
-    return url;
-  }
-  bool ShowOptions() override {
-    Note("options");
-    return wants_colors;
-  }
+  std::string AskForUrl() override { return Note("url"), url; }
+  bool ShowOptions() override { return Note("options"), wants_colors; }
   void ShowColors() override { Note("colors"); }
   void ShowAbout() override { Note("about"); }
   void ShowPlugins() override { Note("plugins"); }
@@ -75,23 +71,34 @@ class CommandWorld : public CommandTransport,
   void PickTrack(std::string_view key) override { Note("track " + std::string(key)); }
   void LoadSubtitles() override { Note("load subtitles"); }
 
+  void PrepareMedia() override { Note("prepare"); }
+  void DeleteCurFile() override { Note("delete"); }
+  void ShowQuickSearch() override { Note("quick search"); }
+  void ConfigPlugin() override { Note("configure"); }
+  void SetVuMeterStyle() override { Note("meter style"); }
+  void ToggleFullScreen() override { Note("full screen now"); }
+  bool FlipDemoTimer() override { return demo = !demo; }
+  void SetTempWindowCaption(const std::string& caption) override { Note(caption); }
+  void PopUpMenuAtWindow() override { Note("menu"); }
+
   int Count() const override { return 12; }
   std::string Name(int index) const override { return "Plugin " + std::to_string(index); }
-  std::string Key(int index) const override { return std::to_string(index) + ".so"; }
+  // The last two have the same, which has letters beyond ASCII.
+  std::string Key(int index) const override {
+    EXPECT_LT(index, Count());
+    return (index < 10 ? std::to_string(index) : "\u00C9") + ".so";
+  }
 
   std::vector<std::string> calls;
   std::function<void()> inside;  // runs inside the next call, once
-  bool visible = true;
-  bool wants_colors = false;
+  bool visible = true, wants_colors = false, demo = false;
   std::string url;
 
-  VirtualTime time;
-  FakePump pump{&time};
   ScriptedDialogs dialogs;
   FakeTextPlatform text;
-  Settings settings;
-  Session session;
-  MenuModel menu{settings, *this, text, [](std::string_view) { return 0; }};
+  MenuModel menu{settings, *this, text, [](std::string_view caption) {
+                   return 5 * static_cast<int>(caption.size());  // pixels
+                 }};
   std::unique_ptr<Timer> full_screen = time.MakeTimer(TimerKind::kOrdinary, 10, [this] {
     full_screen->SetEnabled(false);
     Note("full screen");
@@ -111,7 +118,6 @@ class CommandWorld : public CommandTransport,
                        {*mnuTimer, *full_screen, *unload},
                        {*this, *this, *this, *this, *this, *this}};
 
- private:
   void Note(const std::string& call) {
     calls.push_back(call);
     if (const std::function<void()> action = std::exchange(inside, nullptr)) action();

@@ -46,10 +46,8 @@ class InformationDisplayTest : public testing::Test, protected InformationView, 
 
   std::map<DispLabel, std::string> disp;
   std::string tray;
-  bool underlined = false;
-  bool hand = false;
-  int width = 1000;  // pixels for the title
-  int path_width = 1000;
+  bool underlined = false, hand = false;
+  int width = 1000, path_width = 1000;  // pixels for the title
   TempFolder temp;
   FakeTextPlatform platform;
   Settings settings;
@@ -60,52 +58,33 @@ class InformationDisplayTest : public testing::Test, protected InformationView, 
   DispEvents events{display, *this, shell};
 };
 
-TEST_F(InformationDisplayTest, CountsOnlyWhatPlaysFromTheList) {
-  const struct {
-    int index;
-    bool from_list;
-    std::string counter;
-  } rows[] = {{0, true, "0000 / 0000"},
-              {3, false, "0000 / 0000"},
-              {3, true, "0003 / 0012"},
-              {-1, true, "0000 / 0000"}};
-  for (const auto& row : rows) {
-    settings.PlaylistIndex = row.index;
-    settings.PlayingFromPlaylist = FromBool(row.from_list);
-    Title("/m/100%25 & more.mp3");
-    EXPECT_EQ(disp[kDispCounter], row.counter);
-    EXPECT_EQ(disp[kDispTitle], "100% & more.mp3");
-    EXPECT_EQ(tray, "Kestrelview: 100%25 & more.mp3 - " + row.counter);  // not decoded
-  }
-}
-
-TEST_F(InformationDisplayTest, TakesTheTitleFromStreamPathOrName) {
-  EXPECT_EQ(Title("/m/a.mp3"), "a.mp3");
+TEST_F(InformationDisplayTest, TellsTitleAndCounterAndTellsTheTray) {
+  EXPECT_EQ(Title("/m/100%25 & more.mp3"), "100% & more.mp3");
+  EXPECT_EQ(tray, "Kestrelview: 100%25 & more.mp3 - 0000 / 0000") << "not decoded";
+  settings.PlaylistIndex = 3;
   settings.IncludePathInFileTitle = FromBool(true);
-  EXPECT_EQ(Title("/music/a.mp3"), "/music/a.mp3");
   path_width = 110;
   EXPECT_EQ(Title("/music/a.mp3"), "/m.../a.mp3");
-  EXPECT_EQ(tray, "Kestrelview: /m.../a.mp3 - 0000 / 0000");
+  EXPECT_EQ(tray, "Kestrelview: /m.../a.mp3 - 0000 / 0000") << "it does not play from the list";
+  settings.PlayingFromPlaylist = FromBool(true);
   session.AsxInfo.entry = "http://h/s%20t";
   EXPECT_EQ(Title("/music/a.asx"), "http://h/s t");
+  EXPECT_EQ(disp[kDispCounter], "0003 / 0012");
+  settings.PlaylistIndex = -1;
+  Title("/m/a.mp3");
+  EXPECT_EQ(disp[kDispCounter], "0000 / 0000");
 }
 
 TEST_F(InformationDisplayTest, GivesUpTheBeginningOfALongTitle) {
-  const struct {
-    int width;
-    std::string name;
-    std::string shown;
-  } rows[] = {
-      {70, "abcdefgh", "efgh..."},
-      {10, "abc", "abc"},  // three characters are never cut
-      {40, "a%20b%20c", "c..."},
-      {50, "%41%42%43%44%45%46", "46..."},  // cut from the name as it is written
-      {60, "\xC3\xA4\xC3\xB6\xC3\xBC\xC3\xA4", "\xC3\xA4..."},  // two bytes each
+  const auto shown = [this](int pixels, const std::string& name) {
+    width = pixels;
+    return Title("/m/" + name);
   };
-  for (const auto& row : rows) {
-    width = row.width;
-    EXPECT_EQ(Title("/m/" + row.name), row.shown) << row.name << " in " << row.width;
-  }
+  EXPECT_EQ(shown(70, "abcdefgh"), "efgh...");
+  EXPECT_EQ(shown(10, "abc"), "abc") << "three characters are never cut";
+  EXPECT_EQ(shown(40, "a%20b%20c"), "c...");
+  EXPECT_EQ(shown(50, "%41%42%43%44%45%46"), "46...") << "cut from the name as it is written";
+  EXPECT_EQ(shown(60, "\u00E4\u00F6\u00FC\u00E4"), "\u00E4...") << "two bytes each";
 }
 
 TEST_F(InformationDisplayTest, DescribesALocalFile) {
@@ -125,43 +104,31 @@ TEST_F(InformationDisplayTest, DescribesALocalFile) {
 
 TEST_F(InformationDisplayTest, DescribesAnAddressAndWhatIsGone) {
   disp[kDispDataLine2] = "before";
-  const struct {
-    std::string file;
-    std::string shown;
-  } rows[] = {
-      {"/gone.mp3", "Size not available!|Copyright info not available!"},
-      {"https://h.org/a%20b/c.mp3", "https://h.org/_|Internet (SSL) Connection"},
-      {"ftp://h/c", "ftp://h/_|Internet (FTP) Connection"},
-      {"mms://h/c", "\\\\h/_|LAN Connection"},
-      {"http://h", "http://http-__h/_|Internet Connection"},
-  };
-  for (const auto& row : rows) EXPECT_EQ(Data(row.file), row.shown);
+  EXPECT_EQ(Data("/gone.mp3"), "Size not available!|Copyright info not available!");
+  EXPECT_EQ(Data("https://h.org/a%20b/c.mp3"), "https://h.org/_|Internet (SSL) Connection");
+  EXPECT_EQ(Data("ftp://h/c"), "ftp://h/_|Internet (FTP) Connection");
+  EXPECT_EQ(Data("mms://h/c"), "\\\\h/_|LAN Connection");
+  EXPECT_EQ(Data("http://h"), "http://http-__h/_|Internet Connection");
 }
 
 TEST_F(InformationDisplayTest, DescribesMpegAudioByItsTag) {
   const std::string technical = "128 Bit,44100 Hz, 251, Stereo. (3.00 Bytes ~ 00:01:00)";
+  const std::string file = temp.Write("mY soNG.MP2", "xyz");
+  const auto described = [&](const FakeTag& v1, const FakeTag& v2) {
+    readers.v1 = v1;
+    readers.v2 = v2;
+    underlined = true;
+    return Data(file);
+  };
   const FakeTag none;
   const FakeTag full{true, "T", "A", "B", 17};
-  const struct {
-    bool header;
-    FakeTag v1;
-    FakeTag v2;
-    std::string shown;
-  } rows[] = {
-      {true, full, none, "A : [B] \"T\"|Rock, " + technical},
-      {true, none, full, "A : [B] \"T\"|Rock, " + technical},
-      {true, {true, "  ", "", "B", 200}, full, " : [B] \"My Song\"|" + technical},
-      {true, none, none, "ID3Tag info not available.|" + technical},
-      {false, full, full, "ID3Tag info not available.|Missing MEPG Header Data"},
-  };
-  const std::string file = temp.Write("mY soNG.MP2", "xyz");
-  for (const auto& row : rows) {
-    readers.header = row.header;
-    readers.v1 = row.v1;
-    readers.v2 = row.v2;
-    underlined = true;
-    EXPECT_EQ(Data(file), row.shown);
-  }
+  const FakeTag blank{true, "  ", "", "B", 200};
+  EXPECT_EQ(described(full, none), "A : [B] \"T\"|Rock, " + technical);
+  EXPECT_EQ(described(none, full), "A : [B] \"T\"|Rock, " + technical);
+  EXPECT_EQ(described(blank, full), " : [B] \"My Song\"|" + technical);
+  EXPECT_EQ(described(none, none), "ID3Tag info not available.|" + technical);
+  readers.header = false;
+  EXPECT_EQ(described(full, full), "ID3Tag info not available.|Missing MEPG Header Data");
 }
 
 TEST_F(InformationDisplayTest, ShowsTextsFromOutsideReadableAndShort) {
@@ -169,11 +136,9 @@ TEST_F(InformationDisplayTest, ShowsTextsFromOutsideReadableAndShort) {
   Data(temp.Write("a.mp3", "xyz"));
   EXPECT_EQ(disp[kDispDataLine1], std::string(247, 'x') + "... \"a b [0m\uFFFD\"");
   session.AsxInfo = {"", "", "me\n" + std::string(1'000'000, 'x'), "more\tinfo", ""};
-  Data(temp.Write("a.asx", "x"));
-  EXPECT_EQ(disp[kDispDataLine1], "more info");
-  EXPECT_EQ(disp[kDispDataLine2].substr(0, 15), "Copyright: me x");
-  EXPECT_LT(disp[kDispDataLine2].size(), 2000U);
-
+  const std::string info = Data(temp.Write("a.asx", "x"));
+  EXPECT_EQ(info.substr(0, 25), "more info|Copyright: me x");
+  EXPECT_LT(info.size(), 2000U);
   width = 70;
   EXPECT_EQ(Title("http://h/" + std::string(1'000'000, 'x') + "%0Az"), "%0Az...");
   EXPECT_LT(tray.size(), 1000U);

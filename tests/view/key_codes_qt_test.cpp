@@ -9,15 +9,15 @@ namespace kv {
 namespace {
 
 TEST(KeyCodesTest, NumbersKeysAndModifiers) {
-  const Qt::KeyboardModifiers none = Qt::NoModifier;
-  const Qt::KeyboardModifiers shift = Qt::ShiftModifier;
-  const Qt::KeyboardModifiers ctrl = Qt::ControlModifier;
-  const Qt::KeyboardModifiers keypad = Qt::KeypadModifier;
+  using Held = Qt::KeyboardModifiers;
+  const Held none = Qt::NoModifier;
+  const Held shift = Qt::ShiftModifier;
+  const Held ctrl = Qt::ControlModifier;
+  const Held keypad = Qt::KeypadModifier;
   const struct {
     int key;
-    Qt::KeyboardModifiers held;
-    std::int16_t code;
-    std::int16_t mask;
+    Held held;
+    std::int16_t code, mask;
   } rows[] = {
       {Qt::Key_Enter, keypad | Qt::AltModifier, 13, 4},
       {Qt::Key_Z, ctrl | shift, 90, 3},

@@ -3,17 +3,14 @@
 
 #include "view/window_zoom.h"
 
+#include <array>
 #include <gtest/gtest.h>
-#include <vector>
 
 namespace kv {
 namespace {
 
 TEST(MovieScale, PlacesThePicture) {
-  struct Rectangle {
-    int left, top, width, height;
-    bool operator==(const Rectangle&) const = default;
-  };
+  using Rectangle = std::array<int, 4>;  // left, top, width, height
   const struct {
     int area_width, area_height;
     bool fit, keep;
@@ -73,13 +70,13 @@ TEST(WindowZoom, StepsBetweenHalfAndDouble) {
     EXPECT_TRUE(!area || area->height * 2 == area->width);
     return area ? area->width : -1;
   };
-  const std::vector<int> up = {1100, 1200, 1300, 1400, 1500, 1600, 1700, 1800, 1900, 2000, 2000};
-  for (const int expected : up) EXPECT_EQ(width(WindowZoom::kZoomIn), expected);
-  EXPECT_GT(zoom.CurZoom(), 2.0F);  // ten steps in single precision
-  EXPECT_EQ(width(1), 1000);
-  for (const int expected : {900, 800, 700, 600, 500}) {
-    EXPECT_EQ(width(WindowZoom::kZoomOut), expected);
+  for (int expected = 1100; expected <= 2000; expected += 100) {
+    EXPECT_EQ(width(WindowZoom::kZoomIn), expected);
   }
+  EXPECT_EQ(width(WindowZoom::kZoomIn), 2000);
+  EXPECT_GT(zoom.CurZoom(), 2.0F);  // ten steps in single precision
+  EXPECT_EQ(width(0.6F), 600);
+  EXPECT_EQ(width(WindowZoom::kZoomOut), 500);
   EXPECT_EQ(width(0.25F), 250);
   EXPECT_EQ(width(WindowZoom::kZoomOut), 250);  // below the least already
   EXPECT_EQ(width(0), 0);                       // and 0 is unset at the next use

@@ -2,11 +2,11 @@
 // frame of 5 around and a title bar of 25, and a strip of 60 at its lower edge.
 #include "view/pointer_watch.h"
 
-#include "support/fake_pump.h"
-#include "support/virtual_time.h"
+#include "support/movie_world.h"
 
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 namespace kv {
 namespace {
@@ -29,11 +29,14 @@ struct StillForm : FullScreenHost {
   void ChangeTarget() override {}
 };
 
-class PointerWatchTest : public testing::Test, protected PointerWorld, protected PointerActions {
+class PointerWatchTest : public testing::Test,
+                         protected MovieWorld,
+                         protected PointerWorld,
+                         protected PointerActions {
  protected:
   Foreground ForegroundWindow() const override { return foreground; }
   bool FormMinimised() const override { return minimised; }
-  FormArea AreaOfForm() const override { return {100, 50, 410, 330, 400, 300, 240, panel_height}; }
+  FormArea AreaOfForm() const override { return {100, 50, 410, 330, 400, 300, 240, kFull}; }
   bool PanelVisible() const override { return panel_visible; }
   bool DisplayVisible() const override { return display_visible; }
   std::optional<ScreenPoint> Pointer() const override { return pointer; }
@@ -55,6 +58,17 @@ class PointerWatchTest : public testing::Test, protected PointerWorld, protected
     time.Advance(milliseconds);
     return calls;
   }
+  std::string DuringForeground(Foreground which) {
+    foreground = which;
+    return During(1000);
+  }
+  // A pixel to the right before each of so many ticks.
+  void MoveOn(int ticks) {
+    for (; ticks > 0; --ticks) {
+      pointer->x += 1;
+      During(50);
+    }
+  }
   // A press of `down` and the letting go, a tick each.
   std::string Click(int down) {
     button = down;
@@ -68,20 +82,11 @@ class PointerWatchTest : public testing::Test, protected PointerWorld, protected
   }
 
   Foreground foreground = Foreground::kMainForm;
-  bool minimised = false;
-  int panel_height = kFull;
-  bool panel_visible = true;
-  bool display_visible = true;
+  bool minimised = false, panel_visible = true, display_visible = true, cursor = true;
   std::optional<ScreenPoint> pointer = kMiddle;
   int button = 0;
-  bool cursor = true;
-  std::string calls;
-  std::string focus;
+  std::string calls, focus;
 
-  VirtualTime time;
-  FakePump pump;
-  Settings settings;
-  Session session;
   StillForm form;
   std::unique_ptr<Timer> hide_delay = Make(1000, [this] { screen.OnDelayAutoHide(); });
   std::unique_ptr<Timer> slide = Make(10, [this] { slide->SetEnabled(false); });
@@ -99,14 +104,11 @@ class PointerWatchTest : public testing::Test, protected PointerWorld, protected
 
 TEST_F(PointerWatchTest, HidesTheTaskBarWhileFullScreenHasTheForeground) {
   GoFullScreen();
-  EXPECT_EQ(During(100), "no-bar ");
-  foreground = Foreground::kOtherWindow;
-  EXPECT_EQ(During(100), "");
-  foreground = Foreground::kOtherProcess;
-  EXPECT_EQ(During(100), "bar ");
+  EXPECT_EQ(DuringForeground(Foreground::kMainForm), "no-bar ");
+  EXPECT_EQ(DuringForeground(Foreground::kOtherWindow), "");
+  EXPECT_EQ(DuringForeground(Foreground::kOtherProcess), "bar ");
+  EXPECT_EQ(DuringForeground(Foreground::kMainForm), "no-bar ");
   EXPECT_TRUE(IsOn(settings.FullScreen));
-  foreground = Foreground::kMainForm;
-  EXPECT_EQ(During(100), "no-bar ");
   GoFullScreen();  // and back
   EXPECT_EQ(During(100), "bar ");
   EXPECT_FALSE(watch.TaskbarHidden());
@@ -114,19 +116,13 @@ TEST_F(PointerWatchTest, HidesTheTaskBarWhileFullScreenHasTheForeground) {
 
 TEST_F(PointerWatchTest, LeavesFullScreenWithTheForeground) {
   settings.AutoFullscreen = FromBool(true);
-  foreground = Foreground::kOtherProcess;
   GoFullScreen();
-  During(1000);
-  EXPECT_TRUE(IsOn(settings.FullScreen));  // not come to the foreground yet
-  foreground = Foreground::kMainForm;
-  During(50);
-  foreground = Foreground::kOtherWindow;
-  During(50);
+  DuringForeground(Foreground::kOtherProcess);
+  EXPECT_TRUE(IsOn(settings.FullScreen)) << "not come to the foreground yet";
+  DuringForeground(Foreground::kMainForm);
+  DuringForeground(Foreground::kOtherWindow);
   EXPECT_TRUE(IsOn(settings.FullScreen));
-  foreground = Foreground::kOtherProcess;
-  EXPECT_EQ(During(50), "bar ");
-  EXPECT_FALSE(IsOn(settings.FullScreen));
-  During(1000);
+  DuringForeground(Foreground::kOtherProcess);
   EXPECT_FALSE(IsOn(settings.FullScreen));
 }
 
@@ -135,66 +131,49 @@ TEST_F(PointerWatchTest, CallsTheStripByMovementAndSendsItAwayByStillness) {
   screen.SetPanelShown(false);
   During(250);
   EXPECT_FALSE(cursor);
-  for (int i = 1; i <= 6; ++i) {
-    EXPECT_FALSE(screen.PanelShown()) << i;
-    pointer->x += 1;
-    During(50);
-  }
-  EXPECT_TRUE(screen.PanelShown());
-  EXPECT_TRUE(cursor);
+  MoveOn(5);
+  EXPECT_FALSE(screen.PanelShown());
+  MoveOn(1);
+  EXPECT_TRUE(screen.PanelShown() && cursor && delay->Enabled());
   EXPECT_EQ(delay->Interval(), 10);
-  EXPECT_TRUE(delay->Enabled());
   EXPECT_EQ(During(50 * 50), "");
   EXPECT_TRUE(screen.PanelShown());
   EXPECT_EQ(During(50), "hide ");  // the 51st tick
-  EXPECT_FALSE(screen.PanelShown());
+  EXPECT_TRUE(!screen.PanelShown() && delay->Enabled());
   EXPECT_EQ(delay->Interval(), 1000);
-  EXPECT_TRUE(delay->Enabled());
 
   // A pause on the way starts the count over.
-  for (int i = 1; i <= 5; ++i) pointer->x += 1, During(50);
+  MoveOn(5);
   During(50);
-  for (int i = 1; i <= 5; ++i) pointer->x += 1, During(50);
+  MoveOn(5);
   EXPECT_FALSE(screen.PanelShown());
 }
 
 TEST_F(PointerWatchTest, JudgesByWhereThePointerRests) {
   settings.HideInNormal = FromBool(true);
-  const struct {
-    const char* where;
-    ScreenPoint at;
-    bool shown;  // the strip, after a second of rest
-    bool cursor;
-  } rows[] = {
-      {"middle", kMiddle, false, false},
-      {"band of the strip", {300, 50 + 241}, true, true},
-      {"above the band", {300, 50 + 240}, false, false},
-      {"last line of the band", {300, 50 + 294}, true, true},
-      {"under the band, near the strip", {300, 50 + 300}, true, true},
-      {"lower frame", {300, 50 + 310}, false, false},
-      {"left frame", {105, 180}, false, false},
-      {"just inside", {106, 180}, false, false},
-      {"another screen", kElsewhere, false, true},
-      {"right of the form", {100 + 410, 180}, false, true},
-  };
-  for (const auto& row : rows) {
+  // The strip and the pointer after a second of rest.
+  const auto shown = [this](int x, int y) {
     pointer = kElsewhere;
     During(50);
-    pointer = row.at;
+    pointer = {x, y};
     During(1000);
-    EXPECT_EQ(screen.PanelShown(), row.shown) << row.where;
-    EXPECT_EQ(cursor, row.cursor) << row.where;
-  }
+    return std::string(screen.PanelShown() ? "strip " : "") + (cursor ? "pointer" : "");
+  };
+  EXPECT_EQ(shown(300, 50 + 241), "strip pointer") << "band of the strip";
+  EXPECT_EQ(shown(300, 50 + 240), "") << "above the band";
+  EXPECT_EQ(shown(300, 50 + 300), "strip pointer") << "under the band, near the strip";
+  EXPECT_EQ(shown(300, 50 + 310), "") << "lower frame";
+  EXPECT_EQ(shown(105, 180), "") << "left frame";
+  EXPECT_EQ(shown(kElsewhere.x, kElsewhere.y), "pointer") << "another screen";
+  EXPECT_EQ(shown(100 + 410, 180), "pointer") << "right of the form";
 }
 
 TEST_F(PointerWatchTest, CountsNoMovementJustAfterFullScreen) {
   settings.HideInFullscreen = FromBool(true);
   screen.ToggleFullScreen();
-  for (int i = 1; i < 20; ++i) pointer->x += 1, During(50);
+  MoveOn(19 + 5);
   EXPECT_FALSE(screen.PanelShown());
-  for (int i = 1; i <= 5; ++i) pointer->x += 1, During(50);
-  EXPECT_FALSE(screen.PanelShown());
-  for (int i = 1; i <= 2; ++i) pointer->x += 1, During(50);
+  MoveOn(2);
   EXPECT_TRUE(screen.PanelShown());
 }
 
@@ -212,81 +191,58 @@ TEST_F(PointerWatchTest, HidesTheIdlePointerWhereThereIsNoStrip) {
   EXPECT_EQ(During(50), "hide ");
   EXPECT_FALSE(screen.PanelShown());
   pointer = kElsewhere;  // another screen: shown, and never hidden there
-  EXPECT_EQ(During(50), "show ");
-  EXPECT_EQ(During(10'000), "");
+  EXPECT_EQ(During(10'000), "show ");
 }
 
 TEST_F(PointerWatchTest, ShowsThePointerToEveryOtherWindow) {
   settings.HideInNormal = FromBool(true);
-  for (const Foreground other : {Foreground::kOtherWindow, Foreground::kOtherProcess}) {
+  for (const Foreground other :
+       {Foreground::kOtherWindow, Foreground::kOtherProcess, Foreground::kMainForm}) {
     foreground = Foreground::kMainForm;
     During(4000);
     EXPECT_FALSE(cursor);
     foreground = other;
+    minimised = other == Foreground::kMainForm;
     EXPECT_EQ(During(1000), "show ");
   }
-  foreground = Foreground::kMainForm;
-  During(4000);
-  minimised = true;
-  EXPECT_EQ(During(50), "show ");
-  minimised = false;
-  During(4000);
-  session.Unloading = true;
-  button = 2;
-  EXPECT_EQ(During(1000), "");
 }
 
 TEST_F(PointerWatchTest, ReadsClicksOnTheVideo) {
-  const struct {
-    const char* what;
-    std::vector<int> pauses;  // milliseconds between two clicks, on top of 100
-    std::string calls;
-  } rows[] = {{"one", {}, ""},
-              {"two quick", {0}, "mOpen "},
-              {"at 450 ms", {350}, "mOpen "},
-              {"at 500 ms", {400}, ""},
-              {"three quick", {0, 0}, "mOpen "},
-              {"four quick", {0, 0, 0}, "mOpen mOpen "},
-              {"slow, then quick", {1000, 0}, "mOpen "}};
-  for (const auto& row : rows) {
-    During(10'000);
+  // Clicks with these milliseconds between them, on top of 100.
+  const auto clicks = [this](const std::vector<int>& pauses) {
+    Click(1), During(10'000);  // forgets what came before
     std::string done = Click(1);
-    for (const int pause : row.pauses) {
-      During(pause);
-      done += Click(1);
-    }
-    EXPECT_EQ(done, row.calls) << row.what;
-    Click(1), During(10'000), Click(1);  // forget what came before
-  }
+    for (const int pause : pauses) During(pause), done += Click(1);
+    During(10'000);
+    return done;
+  };
+  EXPECT_EQ(clicks({}), "");
+  EXPECT_EQ(clicks({350}), "mOpen ");
+  EXPECT_EQ(clicks({400}), "") << "not before half a second is over";
+  EXPECT_EQ(clicks({0, 0}), "mOpen ");
+  EXPECT_EQ(clicks({0, 0, 0}), "mOpen mOpen ");
+  EXPECT_EQ(clicks({1000, 0}), "mOpen ");
   EXPECT_EQ(Click(2), "show button7 ");
   EXPECT_EQ(pump.Pumps(), 1);
   button = 2;
-  EXPECT_EQ(During(1000), "show button7 ");  // held down is one press
+  EXPECT_EQ(During(1000), "show button7 ") << "held down is one press";
 }
 
 TEST_F(PointerWatchTest, ReadsNoClicksElsewhere) {
-  const struct {
-    const char* where;
-    int X;
-    int Y;
-    bool full;
-    bool never;
-    bool read;
-  } rows[] = {
-      {"first column", 5, 100, false, false, true},  {"frame", 4, 100, false, false, false},
-      {"last column", 399, 100, false, false, true}, {"right", 400, 100, false, false, false},
-      {"first line", 100, 26, false, false, true},   {"title bar", 100, 25, false, false, false},
-      {"last line", 100, 264, false, false, true},   {"strip", 100, 265, false, false, false},
-      {"full screen", 100, 239, true, false, true},  {"its strip", 100, 240, true, false, false},
-      {"no strip", 100, 299, true, true, true},      {"below", 100, 300, true, true, false}};
-  for (const auto& row : rows) {
-    if (IsOn(settings.FullScreen) != row.full) GoFullScreen();
-    settings.HideControlsInFullscreen = FromBool(row.never);
-    pointer = {100 + row.X, 50 + row.Y};
-    button = 0;
+  // From the corner of the form.
+  const auto reads = [this](int x, int y) {
+    pointer = {100 + x, 50 + y};
     During(50);
-    EXPECT_EQ(Click(2).find("button7") != std::string::npos, row.read) << row.where;
-  }
+    return Click(2).find("button7") != std::string::npos;
+  };
+  EXPECT_TRUE(reads(5, 100) && !reads(4, 100)) << "left frame";
+  EXPECT_TRUE(reads(399, 100) && !reads(400, 100)) << "right frame";
+  EXPECT_TRUE(reads(100, 26) && !reads(100, 25)) << "title bar";
+  EXPECT_TRUE(reads(100, 264) && !reads(100, 265)) << "strip";
+  GoFullScreen();
+  EXPECT_TRUE(reads(100, 239) && !reads(100, 240)) << "strip in full screen";
+  settings.HideControlsInFullscreen = FromBool(true);
+  EXPECT_TRUE(reads(100, 299) && !reads(100, 300)) << "full screen without a strip";
   // A press that began elsewhere is none, wherever it is dragged to.
   pointer = kElsewhere;
   button = 2;
@@ -303,18 +259,16 @@ TEST_F(PointerWatchTest, StopsWhereTheFormGoesDownInTheMidstOfATick) {
 }
 
 TEST_F(PointerWatchTest, KeepsTheKeysAtTheForm) {
-  const struct {
-    bool panel;
-    bool display;
-    const char* focus;
-  } rows[] = {{true, true, "display"}, {true, false, ""}, {false, true, "render"}};
-  for (const auto& row : rows) {
-    focus.clear();
-    panel_visible = row.panel;
-    display_visible = row.display;
-    During(50);
-    EXPECT_EQ(focus, row.focus);
-  }
+  During(50);
+  EXPECT_EQ(focus, "display");
+  panel_visible = false;
+  During(50);
+  EXPECT_EQ(focus, "render");
+  panel_visible = true;
+  display_visible = false;
+  focus.clear();
+  During(50);
+  EXPECT_EQ(focus, "");
 }
 
 TEST_F(PointerWatchTest, APointerOfUnknownPlaceIsAwayFromTheForm) {

@@ -77,10 +77,9 @@ class AudioCaptureTest : public ::testing::Test {
   // Another program, whose sound is none of ours.
   void StartOther() {
     const std::string file = folder_.Write("other", std::string(1'000'000, '0'));
-    other_.start(
-        QStringLiteral("pacat"),
-        {QStringLiteral("--raw"), QStringLiteral("--format=u8"), QStringLiteral("--rate=11025"),
-         QStringLiteral("--channels=1"), QString::fromStdString(file)});
+    const QString words = QStringLiteral("--raw --format=u8 --rate=11025 --channels=1 ");
+    other_.start(QStringLiteral("pacat"),
+                 (words + QString::fromStdString(file)).split(QLatin1Char(' ')));
     EXPECT_TRUE(other_.waitForStarted());
   }
 

@@ -11,8 +11,7 @@
 namespace kv {
 namespace {
 
-class FakeMeterForm : public MeterWindowForm {
- public:
+struct FakeMeterForm : MeterWindowForm {
   void SetCaption(const std::string& text) override { caption = text; }
   void Move(const MeterWindowPlace& to) override { place = to; }
   MeterWindowPlace Place() const override { return place; }
@@ -22,7 +21,6 @@ class FakeMeterForm : public MeterWindowForm {
   void ConfigMainPlugin() override {}
   void ShowPointer() override {}
   void EnableUpdateVuRunning() override {}
-
   MeterWindowPlace place;
   std::string caption;
   int unloads = 0;
@@ -48,8 +46,7 @@ TEST_F(MeterWindowTest, OpensAsTheSettingsSay) {
   rules.Form_Load();
   EXPECT_EQ(objects.alive, 1);
   EXPECT_EQ(window.place.left, 10);
-  EXPECT_FALSE(own.auto_redraw);
-  EXPECT_TRUE(own.running);
+  EXPECT_TRUE(own.running && !own.auto_redraw);
   EXPECT_EQ(window.caption, "One - Kestrelview");
   window.place.left = 20;
   rules.Form_QueryUnload(MeterUnloadMode::kUser);
@@ -67,26 +64,23 @@ TEST_F(MeterWindowTest, GoesByItselfWhenNothingCanBeHeard) {
 }
 
 TEST_F(MeterWindowTest, ComesBackOnlyWhenTheProgramClosedIt) {
-  struct Case {
+  const struct {
+    const char* by;
     MeterUnloadMode mode;
-    bool escape;
     bool comes_back;
     bool takes_over;  // the meter of the main window
+  } rows[] = {
+      {"user", MeterUnloadMode::kUser, false, true},
+      {"program", MeterUnloadMode::kProgram, true, false},
+      {"session", MeterUnloadMode::kSession, true, false},
+      {"Escape", MeterUnloadMode::kProgram, false, false},
   };
-  const Case cases[] = {
-      {MeterUnloadMode::kUser, false, false, true},
-      {MeterUnloadMode::kProgram, false, true, false},
-      {MeterUnloadMode::kSession, false, true, false},
-      {MeterUnloadMode::kProgram, true, false, false},
-  };
-  for (const Case& row : cases) {
-    SCOPED_TRACE(static_cast<int>(row.mode));
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.by);
     meter.running = false;
     MeterWindow other({window, own, hosting, settings, state, dialogs, time, meter});
     other.Form_Load();
-    if (row.escape) {
-      EXPECT_TRUE(other.Form_KeyDown(27, 0));
-    }
+    if (row.by == std::string("Escape")) other.Form_KeyDown(27, 0);
     other.Form_QueryUnload(row.mode);
     EXPECT_FALSE(own.running);
     EXPECT_EQ(IsOn(settings.VumeterVisible), row.comes_back);

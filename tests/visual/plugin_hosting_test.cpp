@@ -1,4 +1,7 @@
-// Who paints, where and when: cycling, the demo, the meter in the movie area, frames.
+// Which plug-ins there are, and who paints, where and when: cycling, the demo, the meter in the
+// movie area, frames.
+#include "support/temp_folder.h"
+#include "visual/plugin_folders.h"
 #include "visual/plugin_world.h"
 
 #include <gtest/gtest.h>
@@ -6,19 +9,59 @@
 namespace kv {
 namespace {
 
+TEST(PluginFoldersTest, TakesTheLibrariesThatALineNamesTheUsersFirst) {
+  const TempFolder temp;
+  for (const char* name : {"user/plugins/b.so", "user/plugins/A.so", "user/plugins/unlisted.so",
+                           "user/plugins/empty.so", "user/plugins/notes.txt", "bin/kestrelview",
+                           "lib/kv/b.so", "lib/kv/c.so"}) {
+    temp.Write(name, "");
+  }
+  temp.Write("user/plugins/plugins.ini",
+             "[Plugins]\nB.SO=User.B\na.so=User.A\nempty.so=\nmissing.so=No.One\nnotes.txt=No\n"
+             "[Other]\nunlisted.so=No\n");
+  temp.Write("lib/kv/plugins.ini", "[plugins]\nb.so=Theirs.B\nc.so=Theirs.C\n");
+  const std::vector<PluginLibrary> libraries = ListPluginLibraries(PluginFolders(
+      temp.Path("user/"), temp.Path("bin/kestrelview"), "lib/kv", temp.Path("lib/nowhere")));
+  std::string found;
+  for (const PluginLibrary& library : libraries) found += library.File + "=" + library.ProgId + " ";
+  EXPECT_EQ(found, "A.so=User.A b.so=User.B c.so=Theirs.C ");
+}
+
+TEST(PluginCatalogueTest, ReadsEachFreshObjectInOrderAndLeavesOutWhatCannotBeMade) {
+  PluginWorld world;
+  world.objects.plugins["Bad"].broken = true;
+  world.objects.plugins["A.One"].HasConfig = true;
+  // The same object under two files is two entries.
+  world.catalogue.ScanPlugins(
+      {{"/", "bad.so", "Bad"}, {"/", "one.so", "A.One"}, {"/", "again.so", "A.One"}});
+  ASSERT_EQ(world.catalogue.PluginCount(), 2);
+  const PluginEntry& entry = *world.catalogue.Find(0);
+  EXPECT_EQ(entry.Name, "One");
+  EXPECT_TRUE(entry.HasConfig);
+  EXPECT_EQ(entry.Version, "");  // a member that fails
+  EXPECT_EQ(world.catalogue.Find(1)->File, "again.so");
+  EXPECT_EQ(world.catalogue.Find(2), nullptr);
+  EXPECT_EQ(world.objects.alive, 0);
+}
+
 class PluginHostingTest : public testing::Test, protected PluginWorld {};
 
 TEST_F(PluginHostingTest, CyclesThroughDisplaysAndPluginsAndStartsOver) {
   Scan();
-  const char* const captions[] = {
-      "Plugin:Default (mode 2)", "Plugin:Default (mode 3)", "Plugin:One", "Plugin:Two",
-      "Plugin:Default (mode 1)", "Plugin:Default (mode 2)"};
-  const int styles[] = {1, 2, 2, 2, 0, 1};
-  for (std::size_t step = 0; step < std::size(captions); ++step) {
+  const struct {
+    const char* caption;
+    int style, alive;
+  } steps[] = {{"Plugin:Default (mode 2)", 1, 0},
+               {"Plugin:Default (mode 3)", 2, 0},
+               {"Plugin:One", 2, 1},
+               {"Plugin:Two", 2, 1},
+               {"Plugin:Default (mode 1)", 0, 0},
+               {"Plugin:Default (mode 2)", 1, 0}};
+  for (const auto& step : steps) {
     hosting.CyclePlugins();
-    EXPECT_EQ(form.caption, captions[step]);
-    EXPECT_EQ(settings.PluginStyle, styles[step]);
-    EXPECT_EQ(objects.alive, form.caption == "Plugin:One" || form.caption == "Plugin:Two" ? 1 : 0);
+    EXPECT_EQ(form.caption, step.caption);
+    EXPECT_EQ(settings.PluginStyle, step.style);
+    EXPECT_EQ(objects.alive, step.alive);
   }
   EXPECT_EQ(settings.PluginKey, "two.so");
   EXPECT_EQ(settings.PluginProgId, "B.Two");
@@ -43,19 +86,17 @@ TEST_F(PluginHostingTest, StandsStillWithoutPlugins) {
 }
 
 TEST_F(PluginHostingTest, DemoChangesEveryFifteenSecondsWhileTheMeterShows) {
-  const auto tick = [this](int seconds) {
-    for (int second = 0; second < seconds; ++second) {
+  const auto style_after = [this](int seconds) {
+    for (; seconds > 0; --seconds) {
       time.Advance(1000);
       hosting.DemoTick();
     }
+    return meter.style;
   };
-  tick(40);
-  EXPECT_EQ(meter.style, 0);
+  EXPECT_EQ(style_after(40), 0);
   meter.visible = true;
-  tick(15);
-  EXPECT_EQ(meter.style, 0);
-  tick(1);
-  EXPECT_EQ(meter.style, 1);
+  EXPECT_EQ(style_after(15), 0);
+  EXPECT_EQ(style_after(1), 1);
 }
 
 TEST_F(PluginHostingTest, TheMeterRunsForSoundAlone) {

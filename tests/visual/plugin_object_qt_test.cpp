@@ -77,46 +77,42 @@ TEST(PluginObjectTest, SurvivesWhatAPluginDoesWrong) {
   EXPECT_EQ(object->ReadText("p_version"), std::nullopt);
 }
 
-class OwnPluginsTest : public testing::Test {
- protected:
-  // Reads, paints two sizes with and without sound, and lets the mouse do all it can.
-  static void Exercise(PluginObject& object) {
-    EXPECT_NE(object.ReadText("p_pluginname").value_or(""), "");
-    EXPECT_TRUE(object.ReadFlag("p_hasconfig").has_value());
-    EXPECT_EQ(object.ReadNumber("p_type"), 0);
-    const auto picture = object.ReadPicture("PictureScreenShoot");
-    ASSERT_NE(picture, nullptr);
-    EXPECT_EQ(picture->width, 320);
-    for (const int size : {1, 300}) {
-      QImage image(size, size, QImage::Format_RGB32);
-      image.fill(0x123456);
-      MeterSurface surface{size, size, size * 4, 1.0F,
-                           reinterpret_cast<std::uint32_t*>(image.bits())};
-      const QImage before = image.copy();
-      for (int frame = 0; frame < 30; ++frame) {
-        std::vector<std::uint8_t> samples(frame % 3 == 0 ? 0U : 276U, 128);
-        for (std::size_t index = 0; index < samples.size(); ++index) {
-          samples[index] = static_cast<std::uint8_t>(index % 32 * 8);
-        }
-        auto count = static_cast<std::int32_t>(samples.size());
-        std::int32_t foreground = 0xFFFFC0;
-        std::int32_t background = 0;
-        std::int32_t peak = 0x3C9AFF;
-        object.GetVuMeter({samples, count, SurfaceHandle1Of(&surface), SurfaceHandle2Of(&surface),
-                           static_cast<float>(size), static_cast<float>(size), foreground,
-                           background, peak});
+// Reads, paints two sizes with and without sound, and lets the mouse do all it can.
+void Exercise(PluginObject& object) {
+  EXPECT_NE(object.ReadText("p_pluginname").value_or(""), "");
+  EXPECT_TRUE(object.ReadFlag("p_hasconfig").has_value());
+  EXPECT_EQ(object.ReadNumber("p_type"), 0);
+  const auto picture = object.ReadPicture("PictureScreenShoot");
+  ASSERT_NE(picture, nullptr);
+  EXPECT_EQ(picture->width, 320);
+  for (const int size : {1, 300}) {
+    QImage image(size, size, QImage::Format_RGB32);
+    image.fill(0x123456);
+    const QImage before = image.copy();
+    auto* const pixels = reinterpret_cast<std::uint32_t*>(image.bits());
+    MeterSurface surface{size, size, size * 4, 1.0F, pixels};
+    const auto side = static_cast<float>(size);
+    std::int32_t foreground = 0xFFFFC0;
+    std::int32_t background = 0;
+    std::int32_t peak = 0x3C9AFF;
+    for (int frame = 0; frame < 30; ++frame) {
+      std::vector<std::uint8_t> samples(frame % 3 == 0 ? 0U : 276U);
+      for (std::size_t i = 0; i < samples.size(); ++i) {
+        samples[i] = static_cast<std::uint8_t>(i % 32 * 8);
       }
-      EXPECT_NE(image, before);
+      auto count = static_cast<std::int32_t>(samples.size());
+      object.GetVuMeter({samples, count, SurfaceHandle1Of(&surface), SurfaceHandle2Of(&surface),
+                         side, side, foreground, background, peak});
     }
-    PluginMouse mouse{1, 0, -50.0F, 9000.0F};
-    object.CallMouse("MouseMove", mouse);
-    object.Call("DoubleClick");
+    EXPECT_NE(image, before);
   }
+  PluginMouse mouse{1, 0, -50.0F, 9000.0F};
+  object.CallMouse("MouseMove", mouse);
+  object.Call("DoubleClick");
+}
 
-  TempFolder temp;
-};
-
-TEST_F(OwnPluginsTest, LoadAndPaint) {
+TEST(OwnPluginsTest, LoadAndPaint) {
+  const TempFolder temp;
   PluginObjectsQt objects(ListPluginLibraries({KV_TEST_PLUGINS "/"}), temp.Path());
   ASSERT_EQ(objects.Libraries().size(), 4U);
   for (const PluginLibrary& library : objects.Libraries()) {
@@ -127,7 +123,8 @@ TEST_F(OwnPluginsTest, LoadAndPaint) {
   }
 }
 
-TEST_F(OwnPluginsTest, WhatIsNoPluginGivesNoObject) {
+TEST(OwnPluginsTest, WhatIsNoPluginGivesNoObject) {
+  const TempFolder temp;
   temp.Write("text.so", "no library at all");
   std::filesystem::copy_file(KV_TEST_PLUGINS "/scope.so", temp.Path("scope.so"));
   PluginObjectsQt objects({{temp.Path(), "text.so", "Text"},

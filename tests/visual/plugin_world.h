@@ -24,12 +24,11 @@ struct FakePlugin {
   std::function<void()> in_dialog;  // while OpenConfigDialog runs
 };
 
-class FakePluginObjects : public PluginObjects {
- public:
+struct FakePluginObjects : PluginObjects {
   std::shared_ptr<PluginObject> CreateObject(const std::string& ProgId) override;
 
   std::map<std::string, FakePlugin> plugins;  // by ProgId
-  std::vector<std::string> calls;             // "ProgId member", over all objects
+  std::vector<std::string> calls;             // "ProgId operation", over all objects
   int alive = 0;
 };
 
@@ -41,21 +40,17 @@ class FakePluginObject : public PluginObject {
   ~FakePluginObject() override { --world_.alive; }
 
   std::optional<std::string> ReadText(std::string_view member) override {
-    Note(member);
     if (member == "p_pluginname") return It().Name;
     if (member == "p_version") return std::nullopt;
     return std::string(member);
   }
   std::optional<bool> ReadFlag(std::string_view member) override {
-    Note(member);
     return member == "p_hasconfig" ? It().HasConfig : It().NoAutoRedraw;
   }
-  std::optional<std::int16_t> ReadNumber(std::string_view member) override {
-    Note(member);
+  std::optional<std::int16_t> ReadNumber(std::string_view /*member*/) override {
     return std::int16_t{7};
   }
-  std::shared_ptr<const PluginPicture> ReadPicture(std::string_view member) override {
-    Note(member);
+  std::shared_ptr<const PluginPicture> ReadPicture(std::string_view /*member*/) override {
     return nullptr;
   }
   void Call(std::string_view member) override {
@@ -84,8 +79,7 @@ inline std::shared_ptr<PluginObject> FakePluginObjects::CreateObject(const std::
   return std::make_shared<FakePluginObject>(*this, ProgId);
 }
 
-class FakeMeter : public HostedMeter {
- public:
+struct FakeMeter : HostedMeter {
   bool Running() const override { return running; }
   std::string Start() override {
     running = failure.empty();
@@ -106,16 +100,12 @@ class FakeMeter : public HostedMeter {
   std::int32_t SurfaceHandle2() override { return 22; }
   float SurfaceWidth() const override { return 300.0F; }
   float SurfaceHeight() const override { return 200.0F; }
-
-  bool running = false;
-  bool visible = false;
-  bool auto_redraw = true;
+  bool running = false, visible = false, auto_redraw = true;
   int style = 0;
   std::string failure;
 };
 
-class FakeHostingForm : public HostingForm {
- public:
+struct FakeHostingForm : HostingForm {
   bool FormMinimised() const override { return minimised; }
   bool DS_IsPaused() const override { return paused; }
   bool DS_IsRunning() const override { return running; }
@@ -123,12 +113,7 @@ class FakeHostingForm : public HostingForm {
   void UpdateMenuChecks() override {}
   void SetTempWindowCaption(const std::string& text) override { caption = text; }
   void SetCursor(bool show, bool force) override { cursor_shown = show && force; }
-
-  bool minimised = false;
-  bool paused = false;
-  bool running = true;
-  bool picture = false;
-  bool cursor_shown = false;
+  bool minimised = false, paused = false, running = true, picture = false, cursor_shown = false;
   std::string caption;
 };
 

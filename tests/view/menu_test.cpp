@@ -1,13 +1,72 @@
-// What the menu shows of a medium's tracks, and what a click on them does.
+// What the menu holds and what is checked in it; the tracks of a medium in it, and what a click on
+// them does.
+#include "view/command_world.h"
+#include "view/key_table.h"
+#include "view/menu_model.h"
 #include "view/track_menu.h"
 
-#include "command_world.h"
-#include "support/fake_graph.h"
-
 #include <gtest/gtest.h>
+#include <string>
+#include <utility>
 
 namespace kv {
 namespace {
+
+class MenuModelTest : public testing::Test, protected CommandWorld {
+ protected:
+  std::string Checked() {
+    menu.UpdateMenuChecks();
+    std::string keys;
+    for (const MenuItem& item : menu.Items()) {
+      if (item.checked) keys += item.key + " ";
+    }
+    return keys;
+  }
+};
+
+TEST_F(MenuModelTest, ShowsThePresentRecentFiles) {
+  EXPECT_EQ(menu.IdOfKey("mRecent_f00"), MenuModel::kNoItem);
+  for (std::size_t i = 0; i < settings.RecentFiles.size(); ++i) {
+    settings.RecentFiles[i] = "/films/a folder with a long name/number " + std::to_string(i);
+  }
+  settings.RecentFiles[1] = "HTTP://u:pa:s@s@h/x.mp3";
+  const int open = menu.IdOfKey("mOpen");
+  menu.BuildMenu();
+  EXPECT_EQ(menu.IdOfKey("mOpen"), open);
+  const std::string caption = menu.Find(menu.IdOfKey("mRecent_f09"))->caption;
+  EXPECT_TRUE(caption.size() <= 40 && caption.ends_with("number 9")) << caption;
+  EXPECT_EQ(menu.Find(menu.IdOfKey("mRecent_f01"))->caption, "HTTP://h/x.mp3");
+}
+
+TEST_F(MenuModelTest, ChecksTheVisualisationInUse) {
+  settings.PluginKey = "5.so";
+  EXPECT_EQ(Checked(), "mPlug_-1 ");
+  settings.UseExternalPlugin = FromBool(true);
+  for (const auto& [key, checked] : {std::pair{"5.SO", "mPlug_5 "},
+                                     {"\xC3\xA9.so", "mPlug_10 "},
+                                     {"gone.so", "mPlug_-1 "},
+                                     {"", "mPlug_-1 "}}) {
+    settings.PluginKey = key;
+    EXPECT_EQ(Checked(), checked) << key;
+  }
+  settings.FullScreen = settings.FitToWindow = FromBool(true);
+  EXPECT_EQ(Checked(), "mFitToWindow mFullScreen mPlug_-1 ");
+}
+
+// What the menu promises as accelerator, the keyboard keeps.
+TEST(CommandTableTest, EveryAcceleratorIsAKey) {
+  for (const Command& command : kCommands) {
+    if (command.key_code == 0) continue;
+    const KeyRow* const row = FindKey(command.key_code, command.shift);
+    ASSERT_NE(row, nullptr) << command.key;
+    if (!row->item.empty()) {
+      EXPECT_EQ(row->item, command.key);
+    }
+  }
+  for (const KeyRow& row : KeyTable()) {
+    EXPECT_EQ(FindKey(row.key_code, row.shift), &row) << "two rows for one key";
+  }
+}
 
 class TrackMenuTest : public testing::Test, protected CommandWorld {
  protected:
@@ -41,8 +100,6 @@ class TrackMenuTest : public testing::Test, protected CommandWorld {
     return all;
   }
 
-  FakeGraphFactory factory{time, pump};
-  clsDShowControl movie{factory, pump};
   TrackMenu tracks{menu, movie, dialogs, session, [](std::string_view code) {
                      return std::string(code == "eng" ? "English" : code == "ger" ? "German" : "");
                    }};
@@ -72,12 +129,12 @@ TEST_F(TrackMenuTest, PlaysWhatIsPicked) {
             "Subtitles|None|1: German, Alles hier|x2: qqq (forced)|"
             "Sound tracks|1: English|x2: Unknown language|");
   // A click on what is checked has turned its mark over.
-  menu.SetChecked(menu.IdOfKey("mSub_4"), false);
+  const int id = menu.IdOfKey("mSub_4");
+  menu.SetChecked(id, false);
   tracks.PickTrack("mSub_4");
-  EXPECT_TRUE(menu.Checked(menu.IdOfKey("mSub_4")));
+  EXPECT_TRUE(menu.Checked(id));
   tracks.PickTrack("mSub_0");
-  EXPECT_TRUE(menu.Checked(menu.IdOfKey("mSub_0")));
-  EXPECT_FALSE(menu.Checked(menu.IdOfKey("mSub_4")));
+  EXPECT_TRUE(menu.Checked(menu.IdOfKey("mSub_0")) && !menu.Checked(id));
   // The menu still shows the tracks of the medium before.
   Open("/m/tone.ogg");
   factory.calls.clear();
