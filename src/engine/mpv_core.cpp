@@ -121,6 +121,7 @@ void MpvCore::HandleEvents(double seconds) {
     if (event->event_id == MPV_EVENT_NONE) return;
     seconds = 0.0;
     sign_wanted_ = false;
+    if (event->event_id == MPV_EVENT_COMMAND_REPLY) adding_.erase(event->reply_userdata);
     if (event->event_id == MPV_EVENT_PROPERTY_CHANGE && event->reply_userdata == kSoundOutput) {
       const auto* property = static_cast<mpv_event_property*>(event->data);
       const bool known = property->format == MPV_FORMAT_STRING;
@@ -171,6 +172,13 @@ std::uint64_t MpvCore::Command(std::initializer_list<const char*> words) {
   ++last_request_;
   if (handle_ != nullptr) Mpv().command_async(handle_, last_request_, list.data());
   return last_request_;
+}
+
+std::uint64_t MpvCore::AddFile(const char* path, const char* how, const char* title,
+                               const char* language) {
+  const std::uint64_t request = Command({"sub-add", path, how, title, language});
+  if (handle_ != nullptr) adding_.insert(request);
+  return request;
 }
 
 std::uint64_t MpvCore::SetFlag(const char* name, bool value) {

@@ -17,6 +17,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <set>
 #include <string>
 
 namespace kv {
@@ -64,10 +65,16 @@ class MpvCore : public QObject {
 
   // Each answers the number under which the event of its completion comes back.
   std::uint64_t Command(std::initializer_list<const char*> words);
+  std::uint64_t AddFile(const char* path, const char* how, const char* title,
+                        const char* language = "");
   std::uint64_t SetFlag(const char* name, bool value);
   std::uint64_t SetDouble(const char* name, double value);
   std::uint64_t SetText(const char* name, const std::string& value);
   std::uint64_t Ask(const char* name, mpv_format format);
+
+  // Files of subtitles are still being added to the medium. The core would add them to the next one
+  // if that came before they are read.
+  bool Adding() const { return !adding_.empty(); }
 
   // Handles what has come, waiting at most `seconds` for the first event. For the one caller that
   // must block; everybody else is called when something has come.
@@ -89,6 +96,7 @@ class MpvCore : public QObject {
   std::function<void(const std::string& output)> sound_output_listener_;
   std::shared_ptr<VideoRenderer> renderer_;
   std::uint64_t last_request_ = 0;
+  std::set<std::uint64_t> adding_;
   std::uint64_t held_hook_ = 0;  // 0: none
   bool sign_wanted_ = false;     // of life
   std::chrono::steady_clock::time_point sign_wanted_since_;

@@ -33,6 +33,8 @@ constexpr std::array kObserved = {
 // How long what was released stays loaded, in case another medium follows at once.
 constexpr int kUnloadMilliseconds = 250;
 constexpr int kProbePollMilliseconds = 5;
+// How long subtitles of the medium before may hold up the next one, on a disk that hangs.
+constexpr auto kAddPatience = std::chrono::milliseconds(250);
 
 // `stereotools` multiplies the left channel by 1 - b for a balance b above 0, the right by 1 + b
 // for one below.
@@ -119,6 +121,11 @@ void MpvEngine::Claim(MpvGraph& graph) {
   if (first_handle_.valid()) MakeCore(first_handle_.get());
   core_->SetListener(&graph);
   while (!sound_.Asked() && current_ == &graph) {
+    pump_.WaitAndPump(kProbePollMilliseconds);
+  }
+  const auto begin = std::chrono::steady_clock::now();
+  while (core_->Adding() && current_ == &graph &&
+         std::chrono::steady_clock::now() - begin < kAddPatience) {
     pump_.WaitAndPump(kProbePollMilliseconds);
   }
   if (current_ != &graph) return;

@@ -98,7 +98,8 @@ std::string SecondsText(double seconds) {
 MpvGraph::MpvGraph(MpvEngine& engine) : engine_(engine) {
   settled_.setSingleShot(true);
   settled_.callOnTimeout([this] {
-    if (Ready() && !clock_.Running()) put_CurrentPosition(clock_.Position(Clock::now()));
+    if (!engine_.IsCurrent(*this) || !Ready() || clock_.Running()) return;
+    put_CurrentPosition(clock_.Position(Clock::now()));
   });
 }
 

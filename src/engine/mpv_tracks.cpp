@@ -150,8 +150,8 @@ void MpvTracks::AddFound(MpvCore& core) {
   const SubtitleFile file = found_.front();
   found_.pop_front();
   const std::string title = FileNameOfPath(file.path);
-  found_request_ = core.Command({"sub-add", file.path.c_str(), show_found_ ? "select" : "auto",
-                                 title.c_str(), file.language.c_str()});
+  found_request_ = core.AddFile(file.path.c_str(), show_found_ ? "select" : "auto", title.c_str(),
+                                file.language.c_str());
 }
 
 bool MpvTracks::OnCommandReply(const mpv_event& event) {
@@ -191,7 +191,7 @@ void MpvTracks::Add(MpvCore& core, const std::string& path) {
   added_.reset();
   show_found_ = false;
   const std::string title = FileNameOfPath(path);
-  add_request_ = core.Command({"sub-add", path.c_str(), "select", title.c_str()});
+  add_request_ = core.AddFile(path.c_str(), "select", title.c_str());
 }
 
 }  // namespace kv

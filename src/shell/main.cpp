@@ -86,7 +86,6 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
               const kv::ProgramFolder& folder, const std::string& socket) {
   mallopt(M_MMAP_THRESHOLD, kLargeBuffer);
   kv::Trace trace;
-  trace.Write("start");
   kv::LeaveSilentBus();
   if (kv::MayUseHardwareVideo()) {
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
@@ -129,6 +128,7 @@ int RunPlayer(int argc, char** argv, const kv::RawCommandLine& arguments,
     {
       kv::frmMain form({engine, pump, time, text, folder, start_up, trace});
       kv::Termination termination([&form] { form.EndSession(); });
+      trace.Write("start");  // from here on a signal ends it in good order
       const kv::ExitGuard exit_guard([&form] { form.SaveAtOnce(); });
       QObject::connect(&application, &QGuiApplication::commitDataRequest, &form,
                        [&form](QSessionManager& session) {

@@ -1,5 +1,6 @@
 #include "shell/run_once.h"
 
+#include "state/desktop_entry.h"
 #include "system/save_file.h"
 
 #include <cstdlib>
@@ -8,29 +9,6 @@
 #include <utility>
 
 namespace kv {
-namespace {
-
-// Quoting of the Desktop Entry Specification's key Exec: an argument in double quotes, in which
-// four characters take a backslash, and a per cent sign counts double. The backslash itself is
-// doubled once more, as the value is a string that knows escapes too.
-std::string QuotedForExec(std::string_view argument) {
-  std::string quoted = "\"";
-  for (const char c : argument) {
-    if (c == '\\') {
-      quoted += "\\\\\\\\";
-    } else if (c == '"' || c == '`' || c == '$') {
-      quoted += "\\\\";
-      quoted += c;
-    } else if (c == '%') {
-      quoted += "%%";
-    } else {
-      quoted += c;
-    }
-  }
-  return quoted + "\"";
-}
-
-}  // namespace
 
 RunOnce::RunOnce(std::string autostart_folder) : folder_(std::move(autostart_folder)) {}
 

@@ -17,8 +17,11 @@ from screen import KEY_ALT, KEY_CTRL, KEY_SHIFT, Screen
 from stage import Fault, read, wait_until, write
 
 ROUNDS_OF_SAMPLES = 20
-MEMORY_GROWTH = 1.04  # last quarter to second quarter
-COUNT_GROWTH = 2.0  # threads and files that may just be on their way
+# What may not grow, its unit, which of the samples counts, and by how much it may from the second
+# quarter to the last: memory as a factor. Files and the stream are there or not with the sound of
+# the moment, so the most of them tells; threads come and go.
+GROWTH = (("memory", " MB", statistics.mean, 1.04), ("threads", "", statistics.mean, 2.0),
+          ("files", "", max, 2.0), ("streams", "", max, 0.0))
 OWN_END = 0.1  # of the media are heard to their end
 HEARD_SECONDS = 2.0  # when the longest of them has ended and the next is there
 STEP_SECONDS = 0.25
@@ -42,12 +45,12 @@ def verdict(samples):
     quarter = max(1, len(samples) // 4)
     early, late = samples[quarter:2 * quarter] or samples, samples[-quarter:]
     words, flat = [], True
-    for field, unit in (("memory", " MB"), ("threads", ""), ("files", ""), ("streams", "")):
-        before = statistics.mean(getattr(sample, field) for sample in early)
-        after = statistics.mean(getattr(sample, field) for sample in late)
-        grows = after > before * MEMORY_GROWTH if field == "memory" else after > before + COUNT_GROWTH
+    for field, unit, of_some, growth in GROWTH:
+        before = of_some(getattr(sample, field) for sample in early)
+        after = of_some(getattr(sample, field) for sample in late)
+        grows = after > before * growth if field == "memory" else after > before + growth
         flat = flat and not grows
-        words.append("%s %.1f to %.1f%s%s" % (field, before, after, unit, " GROWS" if grows else ""))
+        words.append("%s %.1f to %.1f%s%s" % (field, before, after, unit, " GROWS" * grows))
     return ", ".join(words), flat
 
 
