@@ -3,6 +3,7 @@
 
 #include "support/virtual_time.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <utility>
@@ -24,8 +25,9 @@ class TrendChartTest : public testing::Test {
     chart.SetSize(100, 54);  // half a pixel for each unit
   }
   std::vector<int> Newest(int count) const {
-    std::vector<int> trace;
-    for (int i = 0; i < count; ++i) trace.push_back(chart.TraceY(i));
+    std::vector<int> trace(static_cast<std::size_t>(count));
+    std::generate(trace.begin(), trace.end(),
+                  [this, i = 0]() mutable { return chart.TraceY(i++); });
     return trace;
   }
 

@@ -74,7 +74,7 @@ struct WindowRoom : ListRoom, PlaylistWindowHost, FindHost, QuickSearchHost {
     if (on_call) on_call();
   }
   void Log(const std::string& what, const std::vector<std::string>& paths) {
-    for (const std::string& path : paths) Log(what + " " + path);
+    for (const std::string& path : paths) Log(std::string(what).append(" ").append(path));
   }
 
   TempFolder temp;
