@@ -240,7 +240,7 @@ class SoundWorld : public ::testing::TestWithParam<bool> {
   SoundWorld() {
     if (GetParam()) mute_.emplace(EngineWorld::SoundServer()).Listen();
   }
-  ~SoundWorld() override { unlink(EngineWorld::SoundServer().c_str()); }
+  void TearDown() override { unlink(EngineWorld::SoundServer().c_str()); }
 
   std::optional<UnixSocket> mute_;
 };

@@ -248,7 +248,7 @@ TEST_F(TagReadersTest, StaysWithinBoundsWhateverATagClaims) {
   const std::string title = Frame3("TIT2", "\0x"s);
   // Chapters inside chapters, and more frames than anybody reads.
   std::string nested = title;
-  for (int i = 0; i < 3000; ++i) nested = Frame3("CHAP", "c\0"s + std::string(16, '\0') + nested);
+  for (int i = 0; i < 3000; ++i) nested = Frame3("CHAP", "c\0"s.append(16, '\0').append(nested));
   EXPECT_EQ(V2(Id3v2(3, nested + title)), "x|||-1|");
   EXPECT_EQ(V2(Id3v2(3, Repeat(5000, Frame3("PRIV", "")) + title)), "|||-1|");
   const std::string long_title = V2(Id3v2(4, Frame4("TIT2", '\3' + std::string(1'000'000, 'a'))));

@@ -172,11 +172,11 @@ TEST(MediaOpener, RemembersOnlyWhatTheUserOpenedOutsideTheList) {
   player.session.StartingUp = true;
   player.settings.PreviousItemPosition = 3;
   player.settings.LastOpenFolder = "/last/";
-  for (const int seconds : {12, 5}) {
+  for (const int milliseconds : {12'000, 5'000}) {
     player.opener.OpenFile("/m/a.avi", {.FromPlaylist = true, .StartPlaying = true});
     EXPECT_TRUE(IsOn(player.settings.PlayingFromPlaylist));
     EXPECT_EQ(player.settings.LastOpenFolder + player.settings.RecentFiles[0], "/last/");
-    player.time.Advance(seconds * 1000);
+    player.time.Advance(milliseconds);
   }
   player.Play("/m/b.mp3");  // the window is still being made
   EXPECT_EQ(player.settings.PreviousItemPosition, 3);

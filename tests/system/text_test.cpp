@@ -33,7 +33,7 @@ TEST(ProperCase, RaisesTheFirstCharacterOfEachWord) {
 TEST(ShownText, IsOneReadableLine) {
   for (const Row& row :
        {Row{"", ""}, Row{"a\r\n\tb\x01\x7F", "a b"}, Row{std::string("a\0b", 3), "a b"},
-        Row{"\xE4\xFF", "\uFFFD\uFFFD"}, Row{"a\u202Eb\u2066c", "abc"},
+        Row{"\xE4\xFF", "\uFFFD\uFFFD"}, Row{"a\u202Eb\u2066c\n", "abc"},
         Row{"\u05D0\u200F\U0001F600", "\u05D0\u200F\U0001F600"},
         Row{"\u00E41234567890", "\u00E4123456..."}, Row{"0123456789\u202E\n", "0123456789"},
         Row{"\x1C \x7F x123456789a", "x123456..."},
