@@ -140,6 +140,8 @@ std::shared_ptr<VideoRenderer> VideoOutput::Attach(mpv_handle* core) {
     renderer_ = std::make_shared<SwRenderer>(core);
   }
   renderer_->SetPictureListener([this] {
+    // Pictures that come while the interface is busy are one when it looks.
+    if (told_.exchange(true)) return;
     QMetaObject::invokeMethod(
         this, [this] { ShowNewest(); }, Qt::QueuedConnection);
   });
@@ -244,9 +246,10 @@ void VideoOutput::SetCursorHidden(bool hidden) {
 }
 
 void VideoOutput::ShowNewest() {
+  told_ = false;
   if (canvas_.isNull()) return;
   if (on_picture_) on_picture_();
-  canvas_->update();
+  canvas_->repaint();  // an update would be painted by a timer, later and by one more turn
 }
 
 void VideoOutput::OnPainted() {

@@ -15,6 +15,7 @@
 #include <QWidget>
 #include <mpv/client.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -83,6 +84,7 @@ class VideoOutput : public QObject {
   bool shown_ = false;
   bool cursor_hidden_ = false;
   bool awaiting_first_ = false;
+  std::atomic<bool> told_{false};  // of a picture, on its way from the renderer's thread
   long painted_ = 0;
   QPointer<QWidget> canvas_;
   std::function<void()> on_picture_;
