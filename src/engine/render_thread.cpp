@@ -70,6 +70,9 @@ void RenderThread::Run(mpv_render_context* context) {
       redraw = redraw_;
       update_ = redraw_ = false;
       size = target_;
+      // Of two free buffers the one that was shown last: the fewer are in turn, the less of the
+      // processor's cache they take from the decoder.
+      if (!fresh_) std::swap(filling_, finished_);
     }
     const bool frame = (Mpv().render_context_update(context) & MPV_RENDER_UPDATE_FRAME) != 0;
     if (!frame && !redraw) continue;
