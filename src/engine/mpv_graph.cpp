@@ -4,6 +4,7 @@
 #include "engine/media_gate.h"
 #include "engine/mpv_engine.h"
 #include "engine/mpv_library.h"
+#include "engine/mpv_values.h"
 #include "system/ascii_text.h"
 
 #include <algorithm>
@@ -41,50 +42,6 @@ constexpr std::array<std::string_view, 5> kListFormats = {"edl", "cue", "playlis
 // The core's volume is the cube root of the amplitude, in per cent.
 double CoreVolume(int volume) {
   return 100.0 * std::cbrt(GainOfVolume(volume));
-}
-
-const double* AsDouble(const mpv_event_property& property) {
-  return property.format == MPV_FORMAT_DOUBLE ? static_cast<const double*>(property.data) : nullptr;
-}
-
-bool AsFlag(const mpv_event_property& property) {
-  return property.format == MPV_FORMAT_FLAG && *static_cast<const int*>(property.data) != 0;
-}
-
-std::string AsText(const mpv_event_property& property) {
-  if (property.format != MPV_FORMAT_STRING) return {};
-  return *static_cast<char* const*>(property.data);
-}
-
-MediaTags AsTags(const mpv_event_property& property) {
-  MediaTags tags;
-  if (property.format != MPV_FORMAT_NODE) return tags;
-  const auto& node = *static_cast<const mpv_node*>(property.data);
-  if (node.format != MPV_FORMAT_NODE_MAP) return tags;
-  for (int i = 0; i < node.u.list->num; ++i) {
-    const mpv_node& value = node.u.list->values[i];
-    if (value.format == MPV_FORMAT_STRING) tags[LowerAscii(node.u.list->keys[i])] = value.u.string;
-  }
-  return tags;
-}
-
-// As it is to be shown: of square pixels, and turned.
-VideoSize AsVideoSize(const mpv_event_property& property) {
-  if (property.format != MPV_FORMAT_NODE) return {};
-  const auto& node = *static_cast<const mpv_node*>(property.data);
-  if (node.format != MPV_FORMAT_NODE_MAP) return {};
-  VideoSize size;
-  std::int64_t rotation = 0;
-  for (int i = 0; i < node.u.list->num; ++i) {
-    const std::string_view name = node.u.list->keys[i];
-    const mpv_node& value = node.u.list->values[i];
-    if (value.format != MPV_FORMAT_INT64) continue;
-    if (name == "dw") size.width = static_cast<int>(value.u.int64);
-    if (name == "dh") size.height = static_cast<int>(value.u.int64);
-    if (name == "rotate") rotation = value.u.int64;
-  }
-  if (rotation % 180 != 0) std::swap(size.width, size.height);
-  return size;
 }
 
 std::string SecondsText(double seconds) {
